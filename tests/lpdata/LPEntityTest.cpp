@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "lpdata/LPEquation.h"
+#include "lpdata/LPNonZero.h"
+#include "lpdata/LPVariable.h"
+
+TEST(LPVariable, Defaults) {
+    LPVariable v;
+    EXPECT_EQ(v.GetVarValue(), 1.0);
+    EXPECT_EQ(v.GetBoundLower(), 0.0);
+    EXPECT_EQ(v.GetBoundUpper(), 1e20);
+    EXPECT_EQ(v.GetStepBound(), 2e20);
+    EXPECT_EQ(v.GetSampleBoundLower(), -1e20);
+    EXPECT_EQ(v.GetRelaxedBoundUpper(), 1e20);
+    EXPECT_EQ(v.GetVarType(), 1);
+    EXPECT_EQ(v.GetVarStatus(), 2);
+    EXPECT_EQ(v.GetComplementarityTarget(), nullptr);
+    EXPECT_STREQ(v.GetDescription(), "");
+}
+
+TEST(LPVariable, CopyIsDeep) {
+    LPVariable a;
+    a.SetName("X1");
+    a.SetDescription("first");
+    a.SetBoundUpper(7);
+    LPVariable b(a);
+    a.SetDescription("changed");
+    EXPECT_STREQ(b.GetName(), "X1");
+    EXPECT_STREQ(b.GetDescription(), "first");
+    EXPECT_EQ(b.GetBoundUpper(), 7);
+}
+
+TEST(LPVariable, Display) {
+    LPVariable v;
+    v.SetIndex(3);
+    v.SetName("X");
+    v.SetVarType(4);
+    v.SetVarStatus(9);
+    std::ostringstream os;
+    v.Display(os);
+    EXPECT_EQ(os.str(),
+              "Variable [3] : X\n Lower = 0, Value = 1, Upper = 1e+20\n"
+              " Type = Semi-continuous, Status = Unknown\n Matrix Nonzeros = 0\n"
+              " Number NonLinearities = 0\n\n");
+}
+
+TEST(LPEquation, Defaults) {
+    LPEquation e;
+    EXPECT_EQ(e.GetType(), 2);
+    EXPECT_EQ(e.GetEqnScale(), 1.0);
+    EXPECT_EQ(e.GetResidualValue(), 1e20);
+    EXPECT_EQ(e.GetRHS(), 0.0);
+}
+
+TEST(LPEquation, RangeProcessingByType) {
+    LPEquation ge;
+    ge.SetType(4);
+    ge.SetRHS(10);
+    ge.SetRange(-5);
+    EXPECT_EQ(ge.GetRHSLo(), 10);
+    EXPECT_EQ(ge.GetRHSUp(), 15);
+
+    LPEquation le;
+    le.SetType(3);
+    le.SetRHS(10);
+    le.SetRange(-5);
+    EXPECT_EQ(le.GetRHSLo(), 5);
+    EXPECT_EQ(le.GetRHSUp(), 10);
+
+    LPEquation eq;
+    eq.SetRHSLo(1);
+    eq.SetRHSUp(2);
+    eq.SetRHS(10);
+    eq.SetRange(-5);
+    EXPECT_EQ(eq.GetRHSLo(), 1);
+    EXPECT_EQ(eq.GetRHSUp(), 2);
+}
+
+TEST(LPEquation, LimitSettersMoveRhsOnlyOnTheirSide) {
+    LPEquation le;
+    le.SetType(3);
+    le.SetRHSUp(7);
+    EXPECT_EQ(le.GetRHS(), 7);
+    LPEquation ge;
+    ge.SetType(4);
+    ge.SetRHSUp(7);
+    EXPECT_EQ(ge.GetRHS(), 0);
+    ge.SetRHSLo(3);
+    EXPECT_EQ(ge.GetRHS(), 3);
+}
+
+TEST(LPEquation, Display) {
+    LPEquation e;
+    e.SetIndex(1);
+    e.SetName("R1");
+    e.SetType(5);
+    e.SetRHS(2.5);
+    std::ostringstream os;
+    e.Display(os);
+    EXPECT_EQ(os.str(),
+              "Equation [1] : R1\n RHS = 2.5, Range = 0\n Type = FREE\n EqnValue w/o RHS = 0\n"
+              " Matrix Nonzeros = 0\n Number NonLinearities = 0\n\n");
+}
+
+TEST(ZEMTypes, RelativeTolerance) {
+    EXPECT_TRUE(ZEMValuesEqual(1e-9, 2e-9, 1e-6));
+    EXPECT_FALSE(ZEMValuesEqual(1000, 1001, 1e-4));
+    EXPECT_TRUE(ZEMValuesEqual(1000, 1000.05, 1e-4));
+}
+
+TEST(LPVariable, CompareReportsFieldsInOrder) {
+    LPVariable a, b;
+    a.SetName("X");
+    b.SetName("X");
+    b.SetBoundLower(2);  // a's value 1 lies below b's lower bound
+    b.SetStepBound(5);
+    b.SetVarType(3);
+    std::ostringstream os;
+    EXPECT_EQ(a.Compare(&b, os, 1, false, false, false, 1e-6, 2, 3), -1);
+    EXPECT_EQ(os.str(),
+              "Problem Variable X lower bounds do not match: p1 is 0, p2 is 2   ******* VIOLATED \n"
+              "Problem Variable X step bounds do not match: p1 is 2e+20, p2 is 5\n"
+              "Problem Variable X types do not match: p1 is continuous, p2 is discrete\n"
+              "Problem Variable X number NZs do not match: p1 is 2, p2 is 3\n");
+}
+
+TEST(LPVariable, CompareMode3LabelsAndExemptions) {
+    LPVariable a, b;
+    a.SetName("IEXC1");
+    b.SetName("IEXC1");
+    b.SetBoundUpper(5);
+    b.SetStepBound(5);
+    b.SetBoundLower(0.5);
+    std::ostringstream os;
+    EXPECT_EQ(a.Compare(&b, os, 3, false, false, true, 1e-6, 1, 1), -1);
+    EXPECT_EQ(os.str(),
+              "Problem Variable IEXC1 lower bounds do not match: old MG is 0, zem MG is 0.5 \n");
+    LPVariable c;
+    std::ostringstream none;
+    EXPECT_EQ(c.Compare(&c, none, 1, true, true, false, 1e-6, 0, 0), 0);
+    EXPECT_EQ(none.str(), "");
+}
+
+TEST(LPEquation, CompareExemptsBcapRowsInMode3) {
+    LPEquation a, b;
+    a.SetName("BCAP1");
+    b.SetName("BCAP1");
+    b.SetRHS(4);
+    b.SetEqnScale(2);
+    std::ostringstream os;
+    EXPECT_EQ(a.Compare(&b, os, 3, false, 1e-6, 1, 2, false), -1);
+    EXPECT_EQ(os.str(), "Problem Equation BCAP1 scales do not match: old MG is 1, zem MG is 2\n");
+}
+
+TEST(LPNonZero, DisplayAndCoordinates) {
+    LPVariable v;
+    v.SetIndex(5);
+    v.SetName("C5");
+    LPEquation e;
+    e.SetIndex(3);
+    e.SetName("R3");
+    LPNonZero nz;
+    nz.SetIndex(9);
+    nz.SetVariablePtr(&v);
+    nz.SetEquationPtr(&e);
+    nz.SetCoefficient(2.5);
+    int r = 0, c = 0;
+    nz.GetCoordinates(r, c);
+    EXPECT_EQ(r, 3);
+    EXPECT_EQ(c, 5);
+    std::ostringstream os;
+    nz.Display(os);
+    EXPECT_EQ(os.str(), "Nonzero [9] EqnIdx = 3 : VarIdx = 5 : Coeff = 2.5\n");
+    nz.IncrNonlinear();
+    std::ostringstream nl;
+    nz.Display(nl);
+    EXPECT_EQ(nl.str(), "Nonzero [9] EqnIdx = 3 : VarIdx = 5 : Coeff = 2.5 : Nonlinear\n");
+
+    LPNonZero other(nz);
+    other.SetCoefficient(3);
+    std::ostringstream cmp;
+    EXPECT_EQ(nz.Compare(&other, 1, 1e-6, cmp), 0);  // both nonlinear: coefficients not compared
+    other.DecrNonlinear();
+    EXPECT_EQ(nz.Compare(&other, 1, 1e-6, cmp), -1);
+    EXPECT_EQ(cmp.str(),
+              "Problem Linear NonZero for Variable C5 getnonlinear() does not match: p1 is 1, p2 is 0"
+              " in Equation R3\n");
+}
