@@ -16,6 +16,7 @@
 #include "lpdata/LPEquation.h"
 #include "lpdata/LPEquationList.h"
 #include "lpdata/LPNonZero.h"
+#include "lpdata/LPVariable.h"
 #include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
@@ -279,17 +280,65 @@ TEST_F(MatrixTest, RenumberedListsReKeyRowsAndColumns) {
 }
 
 TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
-    LPEquation loose;
-    loose.SetIndex(40);
+    const std::string kIndexError = "Matrix Structure Error - Inconsistent Equation or Variable index";
+    Add(1, 1, 5);
+    // A variable outside the list is refused at once.
+    LPVariable looseVar;
+    looseVar.SetName("LV");
+    looseVar.SetIndex(40);
     ILPNonZero* nz = nullptr;
     matrix.CreateNewNonZeroObject(&nz);
-    nz->SetEquationPtr(&loose);
-    nz->SetVariablePtr(Col(1));
-    EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
-    nz->SetEquationPtr(nullptr);
+    nz->SetEquationPtr(Row(1));
+    nz->SetVariablePtr(&looseVar);
+    try {
+        matrix.AddNonZeroObject(nz);
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), kIndexError);
+        EXPECT_EQ(e.Reason(), "NonZero : R1 : LV");
+    }
+    nz->SetVariablePtr(nullptr);
     EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
     nz->Destroy();
-    EXPECT_EQ(matrix.NumberOfNonZeros(), 0);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
+
+    // An equation outside the list is refused when the rows are derived, and
+    // the entry can still be taken out again.
+    LPEquation looseEqn;
+    looseEqn.SetName("LE");
+    looseEqn.SetIndex(40);
+    ILPNonZero* bad = nullptr;
+    matrix.CreateNewNonZeroObject(&bad);
+    bad->SetEquationPtr(&looseEqn);
+    bad->SetVariablePtr(Col(2));
+    ASSERT_EQ(matrix.AddNonZeroObject(bad), bad);
+    try {
+        matrix.NonZerosInRow(1);
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), kIndexError);
+        EXPECT_EQ(e.Reason(), "NonZero : LE : C2");
+    }
+    EXPECT_THROW(matrix.RowFrstNonZeroObject(1), ZEM_Exception);
+    matrix.RemoveNonZero(bad);
+    EXPECT_EQ(matrix.NonZerosInRow(1), 1);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
+}
+
+// An equation given an index behind the list's back takes another row's
+// place; the clash is reported instead of mixing the two rows.
+TEST_F(MatrixTest, TwoEquationsClaimingOneRowAreReported) {
+    Add(2, 1, 1);
+    LPEquation impostor;
+    impostor.SetIndex(2);
+    ILPNonZero* nz = nullptr;
+    matrix.CreateNewNonZeroObject(&nz);
+    nz->SetEquationPtr(&impostor);
+    nz->SetVariablePtr(Col(3));
+    matrix.AddNonZeroObject(nz);
+    EXPECT_THROW(matrix.NonZerosInRow(2), ZEM_Exception);
+    matrix.EliminateVariable(Col(3));
+    EXPECT_EQ(matrix.NonZerosInRow(2), 1);
 }
 
 // Random edits checked against a plain map of (row name, column name) ->
