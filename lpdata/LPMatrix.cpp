@@ -55,10 +55,10 @@ int LPMatrix::NumberOfNonLinearNonZeros() {
 int LPMatrix::RowLimit() const { return m_eqns ? m_eqns->NumberOfEquations() : -1; }
 int LPMatrix::ColLimit() const { return m_vars ? m_vars->NumberOfVariables() : -1; }
 
-// Follows renumberings of the lists: columns are re-keyed, rows derived again.
+// Follows renumberings of the lists by re-keying rows and columns.
 void LPMatrix::Sync() {
     if (m_eqnImpl && m_eqnImpl->RenumberEpoch() != m_eqnEpoch) {
-        m_rows.Invalidate();
+        m_rows.Rekey(RowLimit());
         m_eqnEpoch = m_eqnImpl->RenumberEpoch();
     }
     if (m_varImpl && m_varImpl->RenumberEpoch() != m_varEpoch) {
@@ -194,7 +194,7 @@ std::vector<ILPNonZero*> LPMatrix::RowEntries(ILPEquation* eqn) {
     SettleRows();
     const int r = eqn->GetIndex();
     std::vector<ILPNonZero*> out;
-    if (r < 0 || m_rows.Owner(static_cast<size_t>(r)) != static_cast<const void*>(eqn)) return out;
+    if (r < 0 || m_rows.Owner(static_cast<size_t>(r)) != eqn) return out;
     const size_t n = m_rows.Size(static_cast<size_t>(r));
     out.reserve(n);
     for (size_t p = 0; p < n; ++p) out.push_back(m_rows.At(static_cast<size_t>(r), p));
@@ -275,7 +275,7 @@ void LPMatrix::ReIndexMatrixNZ(int from) {
 
 void LPMatrix::FullReIndexMatrixNZ() { ReIndexMatrixNZ(1); }
 
-void LPMatrix::ReIndexByRowMap(int /*removedRow*/) { m_rows.Invalidate(); }
+void LPMatrix::ReIndexByRowMap(int /*removedRow*/) { m_rows.Rekey(RowLimit()); }
 void LPMatrix::ReIndexByColMap(int /*removedCol*/) { m_cols.Rekey(); }
 
 void LPMatrix::ResetMatrixCollection() {

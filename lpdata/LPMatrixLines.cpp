@@ -174,7 +174,7 @@ size_t LPMatrixRows::KeyOf(ILPNonZero* nz, int limit) const {
 }
 
 void LPMatrixRows::Claim(size_t r, ILPNonZero* nz) {
-    const void* owner = RowOwner(nz);
+    const ILPEquation* owner = nz->GetEquationPtr();
     if (m_owner[r] == nullptr)
         m_owner[r] = owner;
     else if (m_owner[r] != owner)
@@ -234,4 +234,39 @@ void LPMatrixRows::Settle(const std::deque<ILPNonZero*>& all, int limit) {
         ++m_extraCount;
         m_settled = i + 1;
     }
+}
+
+void LPMatrixRows::Rekey(int limit) {
+    if (!m_built) return;
+    const size_t oldSlots = Slots();
+    std::vector<size_t> oldOf(limit >= 0 ? static_cast<size_t>(limit) + 1 : oldSlots, static_cast<size_t>(-1));
+    long long last = -1;
+    for (size_t s = 0; s < oldSlots; ++s) {
+        if (Size(s) == 0) continue;
+        const int r = m_owner[s]->GetIndex();
+        if (r <= last || r < (limit >= 0 ? 1 : 0) || (limit >= 0 && r > limit)) {
+            m_built = false;  // order not kept: derive afresh
+            return;
+        }
+        last = r;
+        if (static_cast<size_t>(r) >= oldOf.size()) oldOf.resize(static_cast<size_t>(r) + 1, static_cast<size_t>(-1));
+        oldOf[static_cast<size_t>(r)] = s;
+    }
+    const size_t slots = oldOf.size();
+    std::vector<size_t> start(slots + 1, 0);
+    std::vector<std::vector<ILPNonZero*>> extra(slots);
+    std::vector<const ILPEquation*> owner(slots, nullptr);
+    size_t pos = 0;
+    for (size_t r = 0; r < slots; ++r) {
+        start[r] = pos;
+        const size_t s = oldOf[r];
+        if (s == static_cast<size_t>(-1)) continue;
+        pos += m_start[s + 1] - m_start[s];
+        extra[r] = std::move(m_extra[s]);
+        owner[r] = m_owner[s];
+    }
+    start[slots] = pos;
+    m_start.swap(start);
+    m_extra.swap(extra);
+    m_owner.swap(owner);
 }

@@ -66,11 +66,16 @@ public:
     void Settle(const std::deque<ILPNonZero*>& all, int limit);
     // The rows are derived from scratch at the next Settle.
     void Invalidate() { m_built = false; }
+    // Follows a renumbering of the equations (removed rows are empty): the
+    // surviving rows keep their order, so only the row starts move, O(rows).
+    // Falls back to a fresh derivation when the new indices do not keep the
+    // order.
+    void Rekey(int limit);
     size_t Slots() const { return m_start.empty() ? 0 : m_start.size() - 1; }
     size_t Size(size_t r) const;
     ILPNonZero* At(size_t r, size_t p) const;
     // The equation of row r, or null when the row has no entries.
-    const void* Owner(size_t r) const { return r < m_owner.size() ? m_owner[r] : nullptr; }
+    const ILPEquation* Owner(size_t r) const { return r < m_owner.size() ? m_owner[r] : nullptr; }
 
 private:
     void Rebuild(const std::deque<ILPNonZero*>& all, int limit);
@@ -80,7 +85,7 @@ private:
     std::vector<size_t> m_start;  // row r holds m_data[m_start[r] .. m_start[r+1])
     std::vector<ILPNonZero*> m_data;
     std::vector<std::vector<ILPNonZero*>> m_extra;  // filed after the last derivation
-    std::vector<const void*> m_owner;
+    std::vector<const ILPEquation*> m_owner;
     size_t m_extraCount = 0;
     size_t m_settled = 0;  // entries of the nonzero list already in the rows
     bool m_built = false;

@@ -279,6 +279,36 @@ TEST_F(MatrixTest, RenumberedListsReKeyRowsAndColumns) {
     EXPECT_EQ(ColWalk(3), (Strings{"R5", "R6"}));
 }
 
+TEST_F(MatrixTest, DerivedRowsFollowRemovalsOfEmptyRows) {
+    Add(1, 1, 11);
+    Add(3, 2, 32);
+    Add(3, 1, 31);
+    Add(6, 4, 64);
+    EXPECT_EQ(RowWalk(3), (Strings{"C2", "C1"}));  // rows derived here
+    Add(3, 5, 35);                                  // filed after the derivation
+    Add(5, 6, 56);
+    eqns.TrashEquation(Row(2));
+    eqns.TrashEquation(Row(4));
+    eqns.EmptyTrash();  // R3 -> 2, R5 -> 3, R6 -> 4
+    EXPECT_EQ(RowWalk(1), Strings{"C1"});
+    EXPECT_EQ(RowWalk(2), (Strings{"C2", "C1", "C5"}));
+    EXPECT_EQ(RowWalk(3), Strings{"C6"});
+    EXPECT_EQ(RowWalk(4), Strings{"C4"});
+    EXPECT_EQ(RowWalk(5), Strings{});
+    EXPECT_EQ(matrix.NonZerosInRow(2), 3);
+    Add(4, 1, 61);
+    Strings byRow;
+    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByRow(); nz; nz = matrix.NextNonZeroObjectByRow())
+        byRow.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
+    EXPECT_EQ(byRow, (Strings{"R1C1", "R3C2", "R3C1", "R3C5", "R5C6", "R6C4", "R6C1"}));
+    // Removing a row that still had entries through the matrix first.
+    matrix.EliminateEquation(Row(2));
+    eqns.RemoveEquation(Row(2));
+    EXPECT_EQ(RowWalk(2), Strings{"C6"});
+    EXPECT_EQ(RowWalk(3), (Strings{"C4", "C1"}));
+    ExpectIndicesConsecutive();
+}
+
 TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
     const std::string kIndexError = "Matrix Structure Error - Inconsistent Equation or Variable index";
     Add(1, 1, 5);
