@@ -112,5 +112,5 @@ void LPMatrix::StreamRead(int n, ILPNonZero*** out, ILPVariable** vars, ILPEquat
 
 void LPMatrix::StreamReadSafe(int n, ILPNonZero*** out, ILPVariable** vars, ILPEquation** eqns,
                               std::istream* is) {
-    ReadRecords(n, out, vars, eqns, is, "LPMatrix::StreamReadSafe");
+    ReadRecords(n, out, vars, eqns, is, "LPMatrix::StreamRead");
 }
