@@ -366,6 +366,9 @@ ILPNonZero* AddEntry(Model& m, ILPEquation* e, ILPVariable* v, double c) {
 
 }  // namespace
 
+// A whole model written, read into fresh containers and written again gives
+// the same bytes; the matrix read back answers by row and column as the
+// original does.
 TEST(ModelRecords, RandomModelRoundTrips) {
     std::mt19937 rng(3);
     Model src;
@@ -389,13 +392,16 @@ TEST(ModelRecords, RandomModelRoundTrips) {
     col.SetDirection(-1);
     col.SetType(4);
     for (int k = 0; k < 30; ++k) col.AddVariableObject(vs[rng() % vs.size()]);
-
+    auto writeAll = [](Model& m, LPVariableCollection& c, std::ostream& os) {
+        m.vars.StreamWrite(&os, 2020.1);
+        m.eqns.StreamWrite(&os, 2020.1);
+        m.matrix.StreamWrite(&os);
+        m.sets.StreamWrite(&os);
+        c.StreamWrite(&os);
+    };
     std::stringstream ss;
-    src.vars.StreamWrite(&ss, 2020.1);
-    src.eqns.StreamWrite(&ss, 2020.1);
-    src.matrix.StreamWrite(&ss);
-    src.sets.StreamWrite(&ss);
-    col.StreamWrite(&ss);
+    writeAll(src, col, ss);
+    const std::string image = ss.str();
 
     Model dst;
     ILPVariable** vt = nullptr;
@@ -409,40 +415,19 @@ TEST(ModelRecords, RandomModelRoundTrips) {
     LPVariableCollection back;
     back.StreamRead(vt, &ss);
     EXPECT_EQ(ss.peek(), EOF);
+    std::ostringstream again;
+    writeAll(dst, back, again);
+    EXPECT_EQ(again.str(), image);
 
-    ASSERT_EQ(dst.matrix.NumberOfNonZeros(), src.matrix.NumberOfNonZeros());
     EXPECT_EQ(dst.matrix.NumberOfPersistedNonZeros(), src.matrix.NumberOfNonZeros());
-    ILPNonZero* b = dst.matrix.FrstNonZeroObject();
-    int i = 0;
-    for (ILPNonZero* a = src.matrix.FrstNonZeroObject(); a; a = src.matrix.NextNonZeroObject(), ++i) {
+    EXPECT_EQ(nt[0], dst.matrix.FrstNonZeroObject());
+    for (ILPNonZero* a = src.matrix.FrstNonZeroObject(); a; a = src.matrix.NextNonZeroObject()) {
+        ILPNonZero* b = dst.matrix.ExistIncidence(a->GetEquationIdx(), a->GetVariableIdx());
         ASSERT_NE(b, nullptr);
-        EXPECT_EQ(nt[i], b);
-        EXPECT_EQ(b->GetEquationIdx(), a->GetEquationIdx());
-        EXPECT_EQ(b->GetVariableIdx(), a->GetVariableIdx());
-        EXPECT_EQ(b->GetCoefficient(), a->GetCoefficient());
-        EXPECT_EQ(dst.matrix.ExistIncidence(a->GetEquationIdx(), a->GetVariableIdx()), b);
-        b = dst.matrix.NextNonZeroObject();
+        EXPECT_EQ(b, nt[a->GetIndex() - 1]);
     }
     for (int r = 1; r <= 40; ++r) EXPECT_EQ(dst.matrix.NonZerosInRow(r), src.matrix.NonZerosInRow(r));
-
-    ASSERT_EQ(dst.sets.NumberOfSpOrdSets(), 7);
-    EXPECT_EQ(dst.sets.TotalSOSVars(), src.sets.TotalSOSVars());
-    for (ILPSpOrdSet *a = src.sets.FrstSpOrdSetObject(), *c = dst.sets.FrstSpOrdSetObject(); a;
-         a = src.sets.NextSpOrdSetObject(), c = dst.sets.NextSpOrdSetObject()) {
-        ASSERT_NE(c, nullptr);
-        EXPECT_EQ(c->GetName(), Cut(a->GetName()));
-        EXPECT_EQ(c->GetType(), a->GetType());
-        ASSERT_EQ(c->GetSize(), a->GetSize());
-        for (ILPVariable *x = a->FrstSetVar(), *y = c->FrstSetVar(); x; x = a->NextSetVar(), y = c->NextSetVar())
-            EXPECT_EQ(y->GetIndex(), x->GetIndex());
-    }
     EXPECT_STREQ(back.Name(), "OUTPUTS");
-    EXPECT_EQ(back.GetDirection(), -1);
-    EXPECT_EQ(back.GetType(), 4);
-    ASSERT_EQ(back.CollectionSize(), col.CollectionSize());
-    for (ILPVariable *x = col.FrstVariableObject(), *y = back.FrstVariableObject(); x;
-         x = col.NextVariableObject(), y = back.NextVariableObject())
-        EXPECT_EQ(y->GetIndex(), x->GetIndex());
     delete[] vt;
     delete[] et;
     delete[] nt;
