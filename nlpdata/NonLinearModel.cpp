@@ -14,6 +14,7 @@
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/LPEquationList.h"
 #include "lpdata/LPMatrix.h"
+#include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 #include "nlpdata/INonLinearityFactory.h"
 #include "nlpdata/NLConstant.h"
@@ -21,7 +22,8 @@
 #include "nlpdata/NLTypeCodes.h"
 
 NonLinearModel::NonLinearModel(ILPVariableList* vars, ILPEquationList* eqns)
-    : m_vars(vars), m_eqns(eqns), m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)) {
+    : m_vars(vars), m_eqns(eqns), m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)),
+      m_varImpl(dynamic_cast<const LPVariableList*>(vars)) {
     if (m_eqnImpl) m_eqnEpoch = m_eqnImpl->RenumberEpoch();
     std::unique_ptr<LPMatrix> matrix(new LPMatrix(vars, eqns));
     std::unique_ptr<NonLinearBlockList> blocks(new NonLinearBlockList());
