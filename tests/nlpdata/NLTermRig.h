@@ -123,6 +123,27 @@ public:
         }
     }
 
+    // True when the term is smooth at the current point along every distinct
+    // argument: one-sided differences agree, so no kink or branch switch
+    // lies within the difference step.
+    static bool SmoothAt(INonLinearity* t, double relStep = 1e-6) {
+        const double f0 = t->EvaluateTerm();
+        std::vector<ILPVariable*> uv;
+        for (ILPVariable* v = t->FrstUniqueVar(); v; v = t->NextUniqueVar()) uv.push_back(v);
+        for (ILPVariable* v : uv) {
+            const double x = v->GetVarValue();
+            const double h = relStep * std::max(1.0, std::fabs(x));
+            v->SetVarValue(x + h);
+            const double fwd = (t->EvaluateTerm() - f0) / h;
+            v->SetVarValue(x - h);
+            const double bwd = (f0 - t->EvaluateTerm()) / h;
+            v->SetVarValue(x);
+            if (std::fabs(fwd - bwd) > 1e-3 * std::max({1.0, std::fabs(fwd), std::fabs(bwd)}))
+                return false;
+        }
+        return true;
+    }
+
     LPEquation& Row() { return m_row; }
 
 private:
