@@ -89,6 +89,8 @@ public:
     void CreateNonLinearityObject(const char* name, INonLinearity** out) override;
     void CreateNLQclObject(const char* name, INonLinearity** out) override;
     void CreateNLScdObject(const char* name, INonLinearity** out) override;
+    // The user equation term of this build takes no parameters: p1 and p2
+    // are not used.
     void CreateNLNleObject(const char* name, INonLinearity** out, const char* p1,
                            const char* p2) override;
     void CreateNLConstantObject(INLConstant** out) override;

@@ -159,6 +159,19 @@ TEST_F(NonLinearModelAdd, CreationDispatchKeepsUnknownNames) {
     int16_t code = 0;
     m.model->NonlinearityTypeNameToTypeID("XPROD2", &code);
     EXPECT_EQ(code, kNLProduct2);
+    // Equation terms are made by the model and keep their whole identifier.
+    const struct {
+        const char* name;
+        int16_t code;
+    } equations[] = {{"SCDEQ:A", kNLSCDEquation}, {"QCLEQ:ABC", kNLQCLEquation},
+                     {"USEREQ:U1", kNLNLEEquation}, {"WRAPEQ:W", kNLWrap}};
+    for (const auto& e : equations) {
+        m.model->CreateNonLinearityObject(e.name, &t, "p1", "p2");
+        ASSERT_NE(t, nullptr) << e.name;
+        EXPECT_EQ(t->GetType(), e.code) << e.name;
+        EXPECT_STREQ(t->GetNonLinearityID(), e.name);
+        t->Destroy();
+    }
     INLConstant* c = nullptr;
     m.model->CreateNLConstantObject(&c);
     ASSERT_NE(c, nullptr);
@@ -342,6 +355,13 @@ TEST_F(NonLinearModelRemove, TrashedRowGoesToTheMatrixTrashWhenEmptied) {
     EXPECT_EQ(m.model->NumberOfNonLinearities(), 2);
     EXPECT_EQ(r2->GetNonlinear(), 0);
     EXPECT_EQ(m.matrix->RowFrstNonZeroObject(r2->GetIndex()), nullptr);
+}
+
+TEST_F(NonLinearModelRemove, FirstDistillationTermIsFoundInThePool) {
+    EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), nullptr);
+    INonLinearity* scd = m.Term("SCDEQ:COL1", r3, {}, {x});
+    m.Term("SCDEQ:COL2", r3, {}, {y});
+    EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), scd);
 }
 
 TEST_F(NonLinearModelRemove, FirstDistillationTermIsForgottenWithIt) {
