@@ -6,9 +6,9 @@
 // array of its nonzeros, in an array indexed by the variable's index; rows
 // are derived from the insertion-ordered array when first asked for and kept
 // up to date incrementally (LPMatrixLines.h). When the variable or equation
-// list renumbers (a removal), the columns are re-keyed and the rows derived
-// again at the next access; the lists' renumbering epochs tell the matrix
-// when that is due.
+// list renumbers (a removal), the columns and rows are re-keyed at the next
+// access, in O(columns) and O(rows); the lists' renumbering epochs tell the
+// matrix when that is due.
 //
 // Duplicates: a second entry for the same (row, column) is summed into the
 // first. Short columns are scanned; a column that grows past a few entries
