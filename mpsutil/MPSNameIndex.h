@@ -1,11 +1,13 @@
 // A compact hash index from names to entities, used by the MPS readers to
 // find rows and columns by name while a file is read: one probe into a flat
-// table instead of a walk through allocated nodes. Names of up to 8 bytes
-// are kept in the table itself, longer ones in an arena.
+// table of 16-byte slots instead of a walk through allocated nodes. A name
+// of up to 8 bytes is kept in its slot as one 64-bit word (names hold no NUL
+// byte, so zero padding keeps them distinct); longer names are kept in an
+// arena, and their slots are marked by the low bit of the entity pointer.
 //
 //   MPSNameIndex<ILPEquation> rows;
-//   rows.Insert("R1", 2, eqn);
-//   ILPEquation* e = rows.Find("R1", 2);  // null when absent
+//   rows.Insert("R1", eqn);
+//   ILPEquation* e = rows.Find("R1");  // null when absent
 //
 // The index holds plain pointers and never owns them; the reader clears it
 // whenever the model may have dropped entities.
@@ -26,79 +28,119 @@ public:
         std::vector<Slot>().swap(m_slots);
         std::vector<char>().swap(m_arena);
         m_size = 0;
+        m_mask = 0;
     }
 
-    T* Find(const char* name, size_t length) const {
+    T* Find(const char* name) const {
         if (m_slots.empty()) return nullptr;
-        const uint64_t h = Hash(name, length);
-        const uint32_t tag = static_cast<uint32_t>(h >> 32);
-        for (size_t i = h & m_mask;; i = (i + 1) & m_mask) {
+        const Key k = MakeKey(name);
+        for (size_t i = k.hash & m_mask;; i = (i + 1) & m_mask) {
             const Slot& s = m_slots[i];
-            if (s.value == nullptr) return nullptr;
-            if (s.tag == tag && s.length == length && Equal(s, name, length)) return s.value;
+            if (s.value == 0) return nullptr;
+            if (Matches(s, k, name)) return reinterpret_cast<T*>(s.value & ~kLong);
         }
+    }
+
+    // Starts loading the slot where `name` would be found, so that a
+    // following Find does not wait for memory.
+    void Prefetch(const char* name) const {
+        if (m_slots.empty()) return;
+        __builtin_prefetch(&m_slots[MakeKey(name).hash & m_mask]);
     }
 
     // Adds an entry; the name must not be in the index yet.
-    void Insert(const char* name, size_t length, T* value) {
-        if (value == nullptr || length > UINT32_MAX) return;
-        if ((m_size + 1) * 5 > m_slots.size() * 4) Grow();
-        const uint64_t h = Hash(name, length);
+    void Insert(const char* name, T* value) {
+        static_assert(alignof(T) >= 2, "the low bit of an entity pointer marks long names");
+        if (value == nullptr) return;
+        if ((m_size + 1) * 2 > m_slots.size()) Grow();
+        const Key k = MakeKey(name);
         Slot s;
-        s.tag = static_cast<uint32_t>(h >> 32);
-        s.length = static_cast<uint32_t>(length);
-        s.value = value;
-        if (length <= sizeof s.key.bytes) {
-            std::memcpy(s.key.bytes, name, length);
+        s.value = reinterpret_cast<uintptr_t>(value);
+        if (k.isShort) {
+            s.word = k.word;
         } else {
-            s.key.offset = m_arena.size();
-            m_arena.insert(m_arena.end(), name, name + length);
+            // Arena entry: the hash and the length as 8 bytes each, then
+            // the name.
+            s.word = m_arena.size();
+            s.value |= kLong;
+            const uint64_t header[2] = {k.hash, k.length};
+            const char* headerBytes = reinterpret_cast<const char*>(header);
+            m_arena.insert(m_arena.end(), headerBytes, headerBytes + sizeof header);
+            m_arena.insert(m_arena.end(), name, name + k.length);
         }
-        Place(s, h);
+        Place(s, k.hash);
         ++m_size;
     }
 
 private:
+    static constexpr uintptr_t kLong = 1;  // entity pointers are at least 2-aligned
+
     struct Slot {
-        uint32_t tag = 0;  // high half of the hash
-        uint32_t length = 0;
-        T* value = nullptr;  // null marks a free slot
-        union Key {
-            char bytes[8];
-            uint64_t offset;  // into the arena, for longer names
-        } key{};
+        uint64_t word = 0;    // the short name, or the arena offset of a long one
+        uintptr_t value = 0;  // the entity (| kLong for a long name); 0 is a free slot
     };
 
-    static uint64_t Hash(const char* p, size_t n) {
-        uint64_t h = 0x9E3779B97F4A7C15ull ^ n;
-        while (n >= 8) {
-            uint64_t w;
-            std::memcpy(&w, p, 8);
-            h = (h ^ w) * 0xBF58476D1CE4E5B9ull;
-            h ^= h >> 29;
-            p += 8;
-            n -= 8;
-        }
-        if (n > 0) {
-            uint64_t w = 0;
-            std::memcpy(&w, p, n);
-            h = (h ^ w) * 0xBF58476D1CE4E5B9ull;
-        }
+    struct Key {
+        uint64_t word = 0;
+        uint64_t hash = 0;
+        size_t length = 0;
+        bool isShort = true;
+    };
+
+    static uint64_t Mix(uint64_t h) {
         h ^= h >> 31;
         h *= 0x94D049BB133111EBull;
-        h ^= h >> 32;
+        h ^= h >> 29;
         return h;
     }
 
-    bool Equal(const Slot& s, const char* name, size_t length) const {
-        const char* stored = length <= sizeof s.key.bytes ? s.key.bytes : m_arena.data() + s.key.offset;
-        return std::memcmp(stored, name, length) == 0;
+    static Key MakeKey(const char* name) {
+        Key k;
+        size_t i = 0;
+        for (; i < 8 && name[i] != '\0'; ++i) {
+            k.word |= static_cast<uint64_t>(static_cast<unsigned char>(name[i])) << (8 * i);
+        }
+        if (i < 8 || name[8] == '\0') {
+            k.length = i;
+            k.hash = Mix(k.word * 0xBF58476D1CE4E5B9ull);
+            return k;
+        }
+        k.isShort = false;
+        k.length = std::strlen(name);
+        uint64_t h = 0x9E3779B97F4A7C15ull ^ k.length;
+        const char* p = name;
+        size_t n = k.length;
+        for (; n >= 8; p += 8, n -= 8) {
+            uint64_t w;
+            std::memcpy(&w, p, 8);
+            h = Mix((h ^ w) * 0xBF58476D1CE4E5B9ull);
+        }
+        uint64_t w = 0;
+        std::memcpy(&w, p, n);
+        k.hash = Mix((h ^ w) * 0xBF58476D1CE4E5B9ull);
+        return k;
+    }
+
+    bool Matches(const Slot& s, const Key& k, const char* name) const {
+        if (k.isShort) return (s.value & kLong) == 0 && s.word == k.word;
+        if ((s.value & kLong) == 0) return false;
+        uint64_t header[2];
+        std::memcpy(header, m_arena.data() + s.word, sizeof header);
+        return header[0] == k.hash && header[1] == k.length &&
+               std::memcmp(m_arena.data() + s.word + sizeof header, name, k.length) == 0;
+    }
+
+    uint64_t SlotHash(const Slot& s) const {
+        if ((s.value & kLong) == 0) return Mix(s.word * 0xBF58476D1CE4E5B9ull);
+        uint64_t hash;
+        std::memcpy(&hash, m_arena.data() + s.word, sizeof hash);
+        return hash;
     }
 
     // Stores `s` in the first free slot from the position of hash h.
     void Place(const Slot& s, uint64_t h) {
         size_t i = h & m_mask;
-        while (m_slots[i].value != nullptr) i = (i + 1) & m_mask;
+        while (m_slots[i].value != 0) i = (i + 1) & m_mask;
         m_slots[i] = s;
     }
 
@@ -109,9 +151,7 @@ private:
         m_slots.assign(capacity, Slot());
         m_mask = capacity - 1;
         for (const Slot& s : old) {
-            if (s.value == nullptr) continue;
-            const char* name = s.length <= sizeof s.key.bytes ? s.key.bytes : m_arena.data() + s.key.offset;
-            Place(s, Hash(name, s.length));
+            if (s.value != 0) Place(s, SlotHash(s));
         }
     }
 

@@ -303,33 +303,27 @@ void MPSStdReader::FetchModelParts(const char* message, const char* routine, int
 // The index holds only entities of the list, so when it is as large as the
 // list it holds all of them and a miss is final; otherwise the list decides.
 ILPEquation* MPSStdReader::FindEquation(const char* name) {
-    const size_t length = std::strlen(name);
-    if (ILPEquation* eqn = m_rowIndex.Find(name, length)) return eqn;
+    if (ILPEquation* eqn = m_rowIndex.Find(name)) return eqn;
     if (m_rowIndex.Size() == static_cast<size_t>(m_eqnList->NumberOfEquations())) return nullptr;
     ILPEquation* eqn = m_eqnList->EqnNameLookup(name);
-    if (eqn != nullptr) m_rowIndex.Insert(name, length, eqn);
+    if (eqn != nullptr) m_rowIndex.Insert(name, eqn);
     return eqn;
 }
 
 ILPVariable* MPSStdReader::FindVariable(const char* name) {
-    const size_t length = std::strlen(name);
-    if (ILPVariable* var = m_columnIndex.Find(name, length)) return var;
+    if (ILPVariable* var = m_columnIndex.Find(name)) return var;
     if (m_columnIndex.Size() == static_cast<size_t>(m_varList->NumberOfVariables())) return nullptr;
     ILPVariable* var = m_varList->VarNameLookup(name);
-    if (var != nullptr) m_columnIndex.Insert(name, length, var);
+    if (var != nullptr) m_columnIndex.Insert(name, var);
     return var;
 }
 
 void MPSStdReader::RememberEquation(ILPEquation* eqn) {
-    const char* name = eqn->GetName();
-    const size_t length = std::strlen(name);
-    if (m_rowIndex.Find(name, length) == nullptr) m_rowIndex.Insert(name, length, eqn);
+    if (m_rowIndex.Find(eqn->GetName()) == nullptr) m_rowIndex.Insert(eqn->GetName(), eqn);
 }
 
 void MPSStdReader::RememberVariable(ILPVariable* var) {
-    const char* name = var->GetName();
-    const size_t length = std::strlen(name);
-    if (m_columnIndex.Find(name, length) == nullptr) m_columnIndex.Insert(name, length, var);
+    if (m_columnIndex.Find(var->GetName()) == nullptr) m_columnIndex.Insert(var->GetName(), var);
 }
 
 void MPSStdReader::ForgetNames() {
@@ -344,7 +338,8 @@ ILPVariable* MPSStdReader::NewVariable(const char* name) {
     if (var == nullptr) return nullptr;
     var->SetName(name);
     m_varList->AddVariableObject(var);
-    RememberVariable(var);
+    // Callers make a variable only after FindVariable missed the name.
+    m_columnIndex.Insert(var->GetName(), var);
     return var;
 }
 

@@ -194,7 +194,8 @@ protected:
     // model's lists, as long as the index is not complete.
     ILPEquation* FindEquation(const char* name);
     ILPVariable* FindVariable(const char* name);
-    // Creates, names and adds a new variable; null when it cannot be made.
+    // Creates, names and adds a new variable that FindVariable did not
+    // find; null when it cannot be made.
     ILPVariable* NewVariable(const char* name);
     // Enter an entity the reader added to the model into the name indexes.
     void RememberEquation(ILPEquation* eqn);
