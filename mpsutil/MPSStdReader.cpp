@@ -110,8 +110,10 @@ bool MPSStdReader::ReadMPSLine() {
     }
     ++m_lineCount;
     if (n > 0 && m_line[n - 1] == '\n') m_line[--n] = '\0';
-    if (char* cr = static_cast<char*>(std::memchr(m_line, '\r', n))) *cr = '\0';
-    m_lineLength = static_cast<int>(std::strlen(m_line));
+    // One pass finds the first carriage return or the NUL that ends the text.
+    char* end = strchrnul(m_line, '\r');
+    *end = '\0';
+    m_lineLength = static_cast<int>(end - m_line);
     return true;
 }
 
