@@ -74,10 +74,12 @@ public:
     bool Remove(E* e) {
         const size_t pos = Find(e);
         if (pos == npos) return false;
+        const LPNameIndex::Key gone = m_keys[pos];
         m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(pos));
         m_keys.erase(m_keys.begin() + static_cast<std::ptrdiff_t>(pos));
         for (size_t i = pos; i < m_items.size(); ++i) m_items[i]->SetIndex(static_cast<int>(i + 1));
-        m_names.Rebuild(m_keys);
+        m_names.Erase(pos, gone, m_keys);
+        if (m_names.Wasteful()) m_names.Rebuild(m_keys);
         for (size_t i = 0; i < m_trash.size();)
             m_trash[i] == e ? (void)m_trash.erase(m_trash.begin() + static_cast<std::ptrdiff_t>(i))
                             : (void)++i;

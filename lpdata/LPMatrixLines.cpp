@@ -167,8 +167,9 @@ ILPNonZero* LPMatrixRows::At(size_t r, size_t p) const {
 }
 
 size_t LPMatrixRows::KeyOf(ILPNonZero* nz, int limit) const {
-    const int r = nz->GetEquationIdx();
-    if (nz->GetEquationPtr() == nullptr || r < (limit >= 0 ? 1 : 0) || (limit >= 0 && r > limit))
+    const ILPEquation* eqn = nz->GetEquationPtr();
+    const int r = eqn ? eqn->GetIndex() : -1;
+    if (r < (limit >= 0 ? 1 : 0) || (limit >= 0 && r > limit))
         ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
     return static_cast<size_t>(r);
 }
@@ -184,19 +185,18 @@ void LPMatrixRows::Claim(size_t r, ILPNonZero* nz) {
 void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
     m_built = false;
     const size_t n = all.size();
+    // One pass reads each entry's row (and checks its owner), one places it.
     std::vector<uint32_t> keys(n);
-    size_t slots = limit >= 0 ? static_cast<size_t>(limit) + 1 : 0;
+    m_owner.assign(limit >= 0 ? static_cast<size_t>(limit) + 1 : 0, nullptr);
     for (size_t i = 0; i < n; ++i) {
         const size_t r = KeyOf(all[i], limit);
+        if (r >= m_owner.size()) m_owner.resize(r + 1, nullptr);
+        Claim(r, all[i]);
         keys[i] = static_cast<uint32_t>(r);
-        slots = std::max(slots, r + 1);
     }
-    m_owner.assign(slots, nullptr);
+    const size_t slots = m_owner.size();
     m_start.assign(slots + 1, 0);
-    for (size_t i = 0; i < n; ++i) {
-        Claim(keys[i], all[i]);
-        ++m_start[keys[i] + 1];
-    }
+    for (size_t i = 0; i < n; ++i) ++m_start[keys[i] + 1];
     for (size_t r = 0; r < slots; ++r) m_start[r + 1] += m_start[r];
     std::vector<size_t> fill(m_start.begin(), m_start.end() - 1);
     // Release the old layout before allocating the new one.

@@ -1,5 +1,6 @@
 #include "lpdata/LPNameIndex.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -30,6 +31,7 @@ LPNameIndex::Key LPNameIndex::Store(const char* name) {
     key.offset = static_cast<uint32_t>(m_arena.size());
     key.length = static_cast<uint32_t>(n);
     m_arena.append(name ? name : "", n);
+    m_liveBytes += n;
     return key;
 }
 
@@ -49,7 +51,7 @@ size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
     }
 }
 
-void LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys) {
+bool LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys) {
     const uint64_t tag = hash >> 32;
     const size_t mask = m_slots.size() - 1;
     const Key& key = keys[pos];
@@ -59,10 +61,58 @@ void LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys)
         if (s == 0) {
             m_slots[i] = (tag << 32) | static_cast<uint64_t>(pos + 1);
             ++m_used;
-            return;
+            return true;
         }
-        if ((s >> 32) == tag && Equals(keys[static_cast<size_t>(s & 0xffffffffu) - 1], name, key.length))
-            return;  // the first entity of this name keeps the entry
+        if ((s >> 32) == tag && Equals(keys[static_cast<size_t>(s & 0xffffffffu) - 1], name, key.length)) {
+            ++m_shadowed;  // the first entity of this name keeps the entry
+            return false;
+        }
+    }
+}
+
+void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& keys) {
+    m_liveBytes -= std::min<size_t>(m_liveBytes, gone.length);
+    if (m_slots.empty()) return;
+    const size_t mask = m_slots.size() - 1;
+    // Key of a slot whose stored position is still the one before the removal.
+    const auto keyOf = [&](uint64_t s) -> const Key& {
+        const size_t p = static_cast<size_t>(s & 0xffffffffu) - 1;
+        return keys[p > pos ? p - 1 : p];
+    };
+    size_t hole = npos;
+    for (size_t i = static_cast<size_t>(HashOf(gone)) & mask; m_slots[i] != 0; i = (i + 1) & mask) {
+        if (static_cast<size_t>(m_slots[i] & 0xffffffffu) == pos + 1) {
+            hole = i;
+            break;
+        }
+    }
+    if (hole == npos) {
+        if (m_shadowed > 0) --m_shadowed;  // pos was not indexed: its name is held earlier
+    } else {
+        // Backward-shift deletion keeps every probe chain unbroken.
+        m_slots[hole] = 0;
+        --m_used;
+        for (size_t j = (hole + 1) & mask; m_slots[j] != 0; j = (j + 1) & mask) {
+            const size_t home = static_cast<size_t>(HashOf(keyOf(m_slots[j]))) & mask;
+            // The entry at j may fill the hole unless its home lies cyclically in (hole, j].
+            if (((j - home) & mask) >= ((j - hole) & mask)) {
+                m_slots[hole] = m_slots[j];
+                m_slots[j] = 0;
+                hole = j;
+            }
+        }
+    }
+    for (uint64_t& s : m_slots)
+        if (s != 0 && (s & 0xffffffffu) > pos + 1) --s;
+    if (hole != npos && m_shadowed > 0) {
+        // A later entity of the same name now takes the entry.
+        for (size_t p = pos; p < keys.size(); ++p) {
+            if (Equals(keys[p], m_arena.data() + gone.offset, gone.length)) {
+                --m_shadowed;
+                Place(p, HashOf(keys[p]), keys);
+                break;
+            }
+        }
     }
 }
 
@@ -71,18 +121,15 @@ void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys) {
     while (capacity < 2 * (positions + 1)) capacity *= 2;
     m_slots.assign(capacity, 0);
     m_used = 0;
-    for (size_t p = 0; p < positions; ++p) {
-        const Key& k = keys[p];
-        Place(p, Hash(m_arena.data() + k.offset, k.length), keys);
-    }
+    m_shadowed = 0;
+    for (size_t p = 0; p < positions; ++p) Place(p, HashOf(keys[p]), keys);
 }
 
 void LPNameIndex::Insert(size_t pos, const std::vector<Key>& keys) {
     if (pos >= 0xffffffffu)
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Too many names to index", "LPNameIndex::Insert");
     if (2 * (m_used + 1) > m_slots.size()) Grow(pos, keys);
-    const Key& k = keys[pos];
-    Place(pos, Hash(m_arena.data() + k.offset, k.length), keys);
+    Place(pos, HashOf(keys[pos]), keys);
 }
 
 void LPNameIndex::Rebuild(std::vector<Key>& keys) {
@@ -98,6 +145,7 @@ void LPNameIndex::Rebuild(std::vector<Key>& keys) {
         }
         m_arena.swap(fresh);
     }
+    m_liveBytes = live;
     Grow(keys.size(), keys);
 }
 
@@ -105,4 +153,6 @@ void LPNameIndex::Clear() {
     std::string().swap(m_arena);
     std::vector<uint64_t>().swap(m_slots);
     m_used = 0;
+    m_shadowed = 0;
+    m_liveBytes = 0;
 }

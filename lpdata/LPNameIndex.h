@@ -5,8 +5,10 @@
 // contiguous arena; a flat open-addressing table (linear probing, at most half
 // full) maps each name's hash to a position in the list. Lookups touch one
 // table slot and, on a hash match, one arena entry. Positions change when
-// entities are removed, so the owner calls Rebuild with the surviving
-// positions' keys after every removal (the removal itself is O(n) anyway).
+// entities are removed: a single removal erases its entry and shifts the
+// later positions down in one sequential pass over the table (Erase); a batch
+// removal re-indexes from scratch (Rebuild). Both are O(n), as the removal
+// itself is.
 #pragma once
 
 #include <cstddef>
@@ -31,18 +33,29 @@ public:
     void Insert(size_t pos, const std::vector<Key>& keys);
     // Position of the first entity added under `name`, or npos.
     size_t Find(const char* name, const std::vector<Key>& keys) const;
+    // Forgets position `pos`, whose key `gone` the owner has just taken out
+    // of `keys`, and moves every later position down by one. When pos held a
+    // name that a later position also has, that position becomes the one
+    // found. The arena space of `gone` is reclaimed by the next Rebuild.
+    void Erase(size_t pos, const Key& gone, const std::vector<Key>& keys);
     // Re-indexes from scratch (first position of each name wins) and drops
     // the arena space of names no longer in `keys`; keys are updated in place.
     void Rebuild(std::vector<Key>& keys);
     void Clear();
+    // True when most of the arena holds names of removed entities.
+    bool Wasteful() const { return m_arena.size() > 2 * m_liveBytes + 4096; }
 
 private:
     static uint64_t Hash(const char* s, size_t n);
     bool Equals(const Key& key, const char* s, size_t n) const;
     void Grow(size_t positions, const std::vector<Key>& keys);
-    void Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
+    // Indexes pos unless its name is already indexed; false when it was.
+    bool Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
+    uint64_t HashOf(const Key& key) const { return Hash(m_arena.data() + key.offset, key.length); }
 
     std::string m_arena;
     std::vector<uint64_t> m_slots;  // 0: empty; else (hash tag << 32) | (position + 1)
+    size_t m_liveBytes = 0;
     size_t m_used = 0;
+    size_t m_shadowed = 0;  // positions whose name an earlier position holds
 };
