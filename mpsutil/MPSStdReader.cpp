@@ -46,7 +46,7 @@ void MPSStdReader::Destroy() { delete this; }
 
 void MPSStdReader::TakeLPStdDataObject(ILPStdDataMgr** out) {
     if (out != nullptr) *out = m_model;
-    ForgetNames();
+    m_lastColumn = nullptr;
     m_model = nullptr;
     m_ownsModel = false;
     m_varList = nullptr;
@@ -122,7 +122,7 @@ void MPSStdReader::ResetReadState() {
     m_section = kMPSCardEndOfFile;
     m_cardStatus = kMPSCardEndOfFile;
     m_emptyColumns.clear();
-    ForgetNames();
+    m_lastColumn = nullptr;
     for (auto& field : m_fields) field[0] = '\0';
 }
 
@@ -248,7 +248,7 @@ void MPSStdReader::ReadSections() {
             case kMPSCardSETS: SETSData(); break;
             case kMPSCardENDATA:
                 CheckMPSStatus();
-                ForgetNames();
+                m_lastColumn = nullptr;  // rows and columns may be dropped now
                 m_model->ProcessFullCollection();
                 return;
             case kMPSCardEndOfFile:
@@ -302,37 +302,9 @@ void MPSStdReader::FetchModelParts(const char* message, const char* routine, int
     }
 }
 
-// The index holds only entities of the list, so when it is as large as the
-// list it holds all of them and a miss is final; otherwise the list decides.
-ILPEquation* MPSStdReader::FindEquation(const char* name) {
-    if (ILPEquation* eqn = m_rowIndex.Find(name)) return eqn;
-    if (m_rowIndex.Size() == static_cast<size_t>(m_eqnList->NumberOfEquations())) return nullptr;
-    ILPEquation* eqn = m_eqnList->EqnNameLookup(name);
-    if (eqn != nullptr) m_rowIndex.Insert(name, eqn);
-    return eqn;
-}
+ILPEquation* MPSStdReader::FindEquation(const char* name) { return m_eqnList->EqnNameLookup(name); }
 
-ILPVariable* MPSStdReader::FindVariable(const char* name) {
-    if (ILPVariable* var = m_columnIndex.Find(name)) return var;
-    if (m_columnIndex.Size() == static_cast<size_t>(m_varList->NumberOfVariables())) return nullptr;
-    ILPVariable* var = m_varList->VarNameLookup(name);
-    if (var != nullptr) m_columnIndex.Insert(name, var);
-    return var;
-}
-
-void MPSStdReader::RememberEquation(ILPEquation* eqn) {
-    if (m_rowIndex.Find(eqn->GetName()) == nullptr) m_rowIndex.Insert(eqn->GetName(), eqn);
-}
-
-void MPSStdReader::RememberVariable(ILPVariable* var) {
-    if (m_columnIndex.Find(var->GetName()) == nullptr) m_columnIndex.Insert(var->GetName(), var);
-}
-
-void MPSStdReader::ForgetNames() {
-    m_rowIndex.Clear();
-    m_columnIndex.Clear();
-    m_lastColumn = nullptr;
-}
+ILPVariable* MPSStdReader::FindVariable(const char* name) { return m_varList->VarNameLookup(name); }
 
 ILPVariable* MPSStdReader::NewVariable(const char* name) {
     ILPVariable* var = nullptr;
@@ -340,8 +312,6 @@ ILPVariable* MPSStdReader::NewVariable(const char* name) {
     if (var == nullptr) return nullptr;
     var->SetName(name);
     m_varList->AddVariableObject(var);
-    // Callers make a variable only after FindVariable missed the name.
-    m_columnIndex.Insert(var->GetName(), var);
     return var;
 }
 

@@ -96,7 +96,6 @@ void MPSStdReader::ROWSData() {
         eqn->SetName(name);
         eqn->SetType(type);
         m_eqnList->AddEquationObject(eqn);
-        m_rowIndex.Insert(eqn->GetName(), eqn);  // not there: checked above
     } while (ReadMPSCard() == kMPSCardData);
 }
 
@@ -116,9 +115,6 @@ void MPSStdReader::COLUMNSData() {
         if ((pair1 && !HasField(kMPSFieldNumber1)) || (pair2 && !HasField(kMPSFieldNumber2))) {
             MPS_CARD_ERROR(kIncomplete, kRoutine);
         }
-        // Start loading the rows' index slots while the column is found.
-        if (pair1) m_rowIndex.Prefetch(Field(kMPSFieldName2));
-        if (pair2) m_rowIndex.Prefetch(Field(kMPSFieldName3));
         ILPVariable* var = m_lastColumn;
         if (var == nullptr || std::strcmp(var->GetName(), column) != 0) var = FindVariable(column);
         if (var == nullptr) {
