@@ -63,8 +63,8 @@ bool ExtractToken(int& count, const char* source, char* target, int maxLen) {
     return n > 0;
 }
 
-void ParseFreeFormat(const char* line, int len, bool sectionHasKey, CardFields& out) {
-    out.clear();
+void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
+    for (int f = 0; f < kCardFieldCount; ++f) fields[f][0] = '\0';
     const char* end = line + len;
     const int keyArea = len < 4 ? len : 4;
 
@@ -77,22 +77,23 @@ void ParseFreeFormat(const char* line, int len, bool sectionHasKey, CardFields& 
     }
     if (len > 4 && !isBlank(line[3]) && !isBlank(line[4])) crossesColumn5 = true;
 
-    char* rest[5] = {out.name1, out.name2, out.number1, out.name3, out.number2};
+    char* const* rest = fields + 1;  // name 1 .. number 2
     const char* p;
     int next = 0;  // next field of `rest` to fill
-    if (keyTokens <= 1 && !crossesColumn5) {
+    const bool aligned = sectionHasKey ? (keyTokens <= 1 && !crossesColumn5) : keyTokens == 0;
+    if (aligned) {
         // The card is aligned on the columns: key from columns 1-4, first
         // name from column 5 when it starts there.
         int k = 0;
         for (int i = 0; i < keyArea; ++i) {
-            if (!isBlank(line[i])) out.key[k++] = line[i];
+            if (!isBlank(line[i])) fields[0][k++] = line[i];
         }
-        out.key[k] = '\0';
+        fields[0][k] = '\0';
         p = line + keyArea;
         if (len > 4 && !isBlank(line[4])) {
             const char* tokEnd;
             const char* tok = nextToken(p, end, &tokEnd);
-            copyToken(out.name1, tok, tokEnd);
+            copyToken(fields[1], tok, tokEnd);
             p = tokEnd;
         }
         next = 1;
@@ -102,7 +103,7 @@ void ParseFreeFormat(const char* line, int len, bool sectionHasKey, CardFields& 
         if (sectionHasKey) {
             const char* tokEnd;
             const char* tok = nextToken(p, end, &tokEnd);
-            copyToken(out.key, tok, tokEnd);
+            copyToken(fields[0], tok, tokEnd);
             p = tokEnd;
         }
         next = 0;

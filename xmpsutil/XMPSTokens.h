@@ -22,10 +22,13 @@
 // of the token is skipped. Blanks are spaces and tabs.
 //
 // Free-format MPS written by other tools puts names in column 4 or lets a
-// name run across column 5 (" N cost", " x[1,2] cost 0.5"). Such a card,
-// where the first four columns hold more than one token or a token crosses
-// from column 4 into column 5, is read by tokens alone: the first token is
-// the key when the section has keys, otherwise the first name.
+// name run across column 5 (" N cost", " x[1,2] cost 0.5"). Such a card is
+// read by tokens alone, the first token being the key when the section has
+// keys and the first name otherwise. A card counts as such when, in a
+// section with keys, the first four columns hold more than one token or a
+// token crosses from column 4 into column 5; in a section without keys
+// (COLUMNS, RHS, RANGES, XOPTION, COMPLEMENT), when the first four columns
+// hold any text at all.
 #pragma once
 
 #include <cstddef>
@@ -50,22 +53,15 @@ bool IsANumber(const char* token);
 // Returns false, with an empty target, when only blanks remained.
 bool ExtractToken(int& count, const char* source, char* target, int maxLen);
 
-// The six fields of a data card, as the MPS readers name them.
-struct CardFields {
-    char key[kTokenMax + 1];
-    char name1[kTokenMax + 1];
-    char name2[kTokenMax + 1];
-    char number1[kTokenMax + 1];
-    char name3[kTokenMax + 1];
-    char number2[kTokenMax + 1];
-    void clear() {
-        key[0] = name1[0] = name2[0] = number1[0] = name3[0] = number2[0] = '\0';
-    }
-};
+// The six fields of a data card, in card order: key, name 1, name 2,
+// number 1, name 3, number 2.
+constexpr int kCardFieldCount = 6;
 
-// Reads `line` (length `len`) by the free-format rule into `out`.
-// `sectionHasKey` tells whether field 1 carries a key in the current section;
-// it only matters for cards laid out by tokens alone (see above).
-void ParseFreeFormat(const char* line, int len, bool sectionHasKey, CardFields& out);
+// Reads `line` (length `len`) by the free-format rule into the six buffers
+// `fields` (each at least kTokenMax + 1 bytes). `sectionHasKey` tells
+// whether field 1 carries a key in the current section; it decides how a
+// card that is not laid out on the columns is read (see above). In a section
+// without keys a card with text in columns 1-4 is read by tokens alone.
+void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields);
 
 }  // namespace xmpstok

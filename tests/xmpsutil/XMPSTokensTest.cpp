@@ -5,7 +5,6 @@
 #include <cstring>
 #include <string>
 
-using xmpstok::CardFields;
 using xmpstok::ExtractToken;
 using xmpstok::IsANumber;
 using xmpstok::ParseFreeFormat;
@@ -77,9 +76,13 @@ TEST(XMPSExtractToken, CutsLongTokensAndSkipsTheirRest) {
 }
 
 namespace {
+struct CardFields {
+    char key[129], name1[129], name2[129], number1[129], name3[129], number2[129];
+};
 CardFields parse(const char* line, bool hasKey = true) {
     CardFields f;
-    ParseFreeFormat(line, static_cast<int>(std::strlen(line)), hasKey, f);
+    char* const fields[] = {f.key, f.name1, f.name2, f.number1, f.name3, f.number2};
+    ParseFreeFormat(line, static_cast<int>(std::strlen(line)), hasKey, fields);
     return f;
 }
 }  // namespace
@@ -143,6 +146,23 @@ TEST(XMPSFreeFormat, ReadsFreeMpsFromOtherTools) {
     EXPECT_STREQ(f.name1, "RHS1");
     EXPECT_STREQ(f.name2, "demand[Topeka]");
     EXPECT_STREQ(f.number1, "275");
+    // A short column name ends before column 5 but is still a name.
+    f = parse(" x1 cost 0.5", false);
+    EXPECT_STREQ(f.key, "");
+    EXPECT_STREQ(f.name1, "x1");
+    EXPECT_STREQ(f.name2, "cost");
+    EXPECT_STREQ(f.number1, "0.5");
+}
+
+TEST(XMPSFreeFormat, SectionsWithoutKeysStillNeedColumnFiveForTheFirstName) {
+    // Blank first columns: the first name must start in column 5.
+    CardFields f = parse("      SRC  TGT", false);
+    EXPECT_STREQ(f.name1, "");
+    EXPECT_STREQ(f.name2, "SRC");
+    EXPECT_STREQ(f.number1, "TGT");
+    f = parse("    SRC  TGT", false);
+    EXPECT_STREQ(f.name1, "SRC");
+    EXPECT_STREQ(f.name2, "TGT");
 }
 
 TEST(XMPSFreeFormat, CutsOverlongTokens) {
