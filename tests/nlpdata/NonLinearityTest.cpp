@@ -1,0 +1,363 @@
+// Tests of the term base class and of its constants.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "lpdata/LPEquation.h"
+#include "lpdata/LPNonZero.h"
+#include "lpdata/LPVariable.h"
+#include "nlpdata/NLConstant.h"
+#include "nlpdata/NonLinearity.h"
+
+namespace {
+
+// The smallest concrete term: the bare base plus a text form that prints the
+// multiplier with the numeric format and the argument names.
+class TextTerm : public NonLinearity {
+public:
+    TextTerm() { SetTypeAndID(42, "TEXTTERM"); }
+    using NonLinearity::TermString;
+    void TermString(std::string& out) override {
+        out = FormatNumber(GetFrstConstVal());
+        for (ILPVariable* v = FrstVar(); v; v = NextVar()) out += std::string(" * ") + v->GetName();
+    }
+};
+
+std::unique_ptr<LPVariable> Var(const char* name, double value = 1.0) {
+    std::unique_ptr<LPVariable> v(new LPVariable());
+    v->SetName(name);
+    v->SetVarValue(value);
+    return v;
+}
+
+}  // namespace
+
+TEST(NonLinearityBase, DefaultsOfABareTerm) {
+    TextTerm t;
+    NonLinearity& base = t;
+    EXPECT_EQ(base.GetIndex(), 0);
+    EXPECT_EQ(base.Active(), 1);
+    EXPECT_EQ(base.GetEquationPtr(), nullptr);
+    EXPECT_EQ(base.GetBlkMember(), 0);
+    EXPECT_FALSE(base.BeenDiffed());
+    EXPECT_EQ(base.GetNonlinearityRef(), nullptr);
+    EXPECT_STREQ(base.GetNumericFormat(), "% #12.6e");
+    EXPECT_EQ(base.FrstVar(), nullptr);
+    EXPECT_EQ(base.FrstUniqueVar(), nullptr);
+    EXPECT_EQ(base.FrstNLConst(), nullptr);
+    EXPECT_EQ(base.FrstNZ(), nullptr);
+    EXPECT_EQ(base.FrstRelatedNonlinearityRef(), nullptr);
+    EXPECT_EQ(base.FrstRelatedVariableRef(), nullptr);
+    EXPECT_EQ(t.GetType(), 42);
+    EXPECT_STREQ(t.GetNonLinearityID(), "TEXTTERM");
+}
+
+TEST(NonLinearityBase, BareTermEvaluatesToMinusOneAndAddsNoDerivatives) {
+    TextTerm t;
+    LPEquation row;
+    row.SetEqnValue(10.0);
+    auto x = Var("X", 3.0);
+    LPNonZero nz;
+    nz.SetPartialDeriv(0.25);
+    t.SetEquationPtr(&row);
+    t.AddVariableObject(x.get());
+    t.StoreNonZeroReference(&nz);
+    EXPECT_EQ(t.EvaluateTerm(), -1.0);
+    t.TermJacobian();
+    std::ostringstream diag;
+    t.TermJacobian(diag);
+    EXPECT_EQ(nz.GetPartialDeriv(), 0.25);
+    EXPECT_TRUE(diag.str().empty());
+    t.EvaluateTermAndAdd();
+    EXPECT_EQ(row.GetEqnValue(), 9.0);
+    t.EvaluateTermAndAdd();
+    EXPECT_EQ(row.GetEqnValue(), 8.0);
+}
+
+TEST(NonLinearityBase, EvaluateTermAndAddWithoutRowIsHarmless) {
+    TextTerm t;
+    t.EvaluateTermAndAdd();
+    SUCCEED();
+}
+
+TEST(NonLinearityBase, RepeatedVariablesCountOnceAmongUniqueOnes) {
+    TextTerm t;
+    auto a = Var("A"), b = Var("B");
+    EXPECT_EQ(t.AddVariableObject(a.get()), 1);
+    EXPECT_EQ(t.AddVariableObject(a.get()), 2);
+    EXPECT_EQ(t.AddVariableObject(b.get()), 3);
+    EXPECT_EQ(t.AddVariableObject(nullptr), 3);
+    EXPECT_EQ(t.NumberOfVariableTerms(), 3);
+    EXPECT_EQ(t.NumberOfUniqueVariableEntries(), 2);
+    std::vector<ILPVariable*> args, uniq;
+    for (ILPVariable* v = t.FrstVar(); v; v = t.NextVar()) args.push_back(v);
+    for (ILPVariable* v = t.FrstUniqueVar(); v; v = t.NextUniqueVar()) uniq.push_back(v);
+    EXPECT_EQ(args, (std::vector<ILPVariable*>{a.get(), a.get(), b.get()}));
+    EXPECT_EQ(uniq, (std::vector<ILPVariable*>{a.get(), b.get()}));
+    // A walk past its end stays at the end; Frst starts over.
+    EXPECT_EQ(t.NextVar(), nullptr);
+    EXPECT_EQ(t.FrstVar(), a.get());
+}
+
+TEST(NonLinearityBase, ManyArgumentsKeepFirstOccurrenceOrder) {
+    // Enough distinct arguments to pass the switch to the hashed search.
+    TextTerm t;
+    std::vector<std::unique_ptr<LPVariable>> vars;
+    for (int i = 0; i < 40; ++i) vars.push_back(Var(("V" + std::to_string(i)).c_str()));
+    for (int round = 0; round < 3; ++round)
+        for (int i = 0; i < 40; ++i)
+            if (round == 0 || i % 3 == 0) t.AddVariableObject(vars[i].get());
+    EXPECT_EQ(t.NumberOfUniqueVariableEntries(), 40);
+    EXPECT_EQ(t.NumberOfVariableTerms(), 40 + 2 * 14);
+    int i = 0;
+    for (ILPVariable* v = t.FrstUniqueVar(); v; v = t.NextUniqueVar(), ++i)
+        EXPECT_EQ(v, vars[i].get());
+    EXPECT_EQ(i, 40);
+}
+
+TEST(NonLinearityBase, FirstConstantIsACopyThatSetFrstConstValChanges) {
+    TextTerm t;
+    EXPECT_EQ(t.AddNLConstantObject(3.0), 1);
+    EXPECT_EQ(t.AddNLConstantObject(5.0), 2);
+    EXPECT_EQ(t.GetFrstConstVal(), 3.0);
+    t.setFrstConstVal(4.0);
+    EXPECT_EQ(t.GetFrstConstVal(), 4.0);
+    EXPECT_EQ(t.FrstNLConst()->GetValue(), 3.0);
+    EXPECT_EQ(t.NextNLConst()->GetValue(), 5.0);
+    EXPECT_EQ(t.NextNLConst(), nullptr);
+    EXPECT_EQ(t.NumberOfNLConstants(), 2);
+}
+
+TEST(NonLinearityBase, ConstantsHandedInByPointerStayTheCallers) {
+    NLConstant external(7.5);
+    {
+        TextTerm t;
+        EXPECT_EQ(t.AddNLConstantObject(&external), 1);
+        EXPECT_EQ(t.AddNLConstantObject(static_cast<INLConstant*>(nullptr)), 1);
+        EXPECT_EQ(t.AddNLConstantObject(1.0), 2);
+        EXPECT_EQ(t.GetFrstConstVal(), 7.5);
+        EXPECT_EQ(t.FrstNLConst(), &external);
+    }
+    // The term is gone and did not delete the caller's constant.
+    external.SetValue(2.0);
+    EXPECT_EQ(external.GetValue(), 2.0);
+}
+
+TEST(NonLinearityBase, NonZeroReferencesKeepTheirOrder) {
+    TextTerm t;
+    LPNonZero n1, n2;
+    t.StoreNonZeroReference(&n1);
+    t.StoreNonZeroReference(&n2);
+    EXPECT_EQ(t.FrstNZ(), &n1);
+    EXPECT_EQ(t.NextNZ(), &n2);
+    EXPECT_EQ(t.NextNZ(), nullptr);
+}
+
+TEST(NonLinearityBase, RelatedReferencesAreCreatedOnFirstUse) {
+    TextTerm t, other1, other2;
+    auto a = Var("A"), b = Var("B");
+    EXPECT_EQ(t.NextRelatedNonlinearityRef(), nullptr);
+    EXPECT_EQ(t.AddRelatedNonlinearityRef(&other1), 1);
+    EXPECT_EQ(t.AddRelatedNonlinearityRef(&other2), 2);
+    EXPECT_EQ(t.FrstRelatedNonlinearityRef(), &other1);
+    EXPECT_EQ(t.NextRelatedNonlinearityRef(), &other2);
+    EXPECT_EQ(t.NextRelatedNonlinearityRef(), nullptr);
+    EXPECT_EQ(t.AddRelatedVariableRef(b.get()), 1);
+    EXPECT_EQ(t.AddRelatedVariableRef(a.get()), 2);
+    EXPECT_EQ(t.FrstRelatedVariableRef(), b.get());
+    EXPECT_EQ(t.NextRelatedVariableRef(), a.get());
+    EXPECT_EQ(t.NextRelatedVariableRef(), nullptr);
+    // The base ignores a wrapped-term reference.
+    t.AddNonlinearityRef(&other1);
+    EXPECT_EQ(t.GetNonlinearityRef(), nullptr);
+}
+
+TEST(NonLinearityBase, ActivationAndFlags) {
+    TextTerm t;
+    t.DeActivate();
+    EXPECT_EQ(t.Active(), 0);
+    t.Activate();
+    EXPECT_EQ(t.Active(), 1);
+    t.SetDiffed(true);
+    EXPECT_TRUE(t.BeenDiffed());
+    t.SetBlkMember(3);
+    EXPECT_EQ(t.GetBlkMember(), 3);
+    t.SetIndex(17);
+    EXPECT_EQ(t.GetIndex(), 17);
+}
+
+TEST(NonLinearityBase, ConcatVarListNamesSkipsUnderscoreBeforeUnderscoredNames) {
+    TextTerm t;
+    auto a = Var("A"), b = Var("_B"), c = Var("C");
+    t.AddVariableObject(a.get());
+    t.AddVariableObject(b.get());
+    t.AddVariableObject(c.get());
+    std::string s = "ID";
+    t.ConcatVarListNames(s);
+    EXPECT_EQ(s, "ID_A_B_C");
+}
+
+TEST(NonLinearityTermString, UsesTheGivenFormatOrTheDefault) {
+    TextTerm t;
+    auto x = Var("X");
+    t.AddNLConstantObject(2.5);
+    t.AddVariableObject(x.get());
+    char buf[64];
+    t.TermString("%.2f", buf, sizeof buf);
+    EXPECT_STREQ(buf, "2.50 * X");
+    EXPECT_STREQ(t.GetNumericFormat(), "%.2f");
+    t.TermString(nullptr, buf, sizeof buf);
+    EXPECT_STREQ(buf, " 2.500000e+00 * X");
+    // 16 characters is still accepted; the field holds it whole.
+    t.TermString("<<<<<<<<<%9.3f>>", buf, sizeof buf);
+    EXPECT_STREQ(t.GetNumericFormat(), "<<<<<<<<<%9.3f>>");
+    EXPECT_STREQ(buf, "<<<<<<<<<    2.500>> * X");
+    // 17 characters falls back to the default.
+    t.TermString("<<<<<<<<<%9.3f>>>", buf, sizeof buf);
+    EXPECT_STREQ(t.GetNumericFormat(), "% #12.6e");
+}
+
+TEST(NonLinearityTermString, RefusesFormatsThatAreNotOneDoubleConversion) {
+    TextTerm t;
+    for (const char* bad : {"%s", "%d", "%e %e", "abc", "%*e", "%.3", "%n", "%5.2e%"}) {
+        EXPECT_FALSE(t.SetNumericFormat(bad)) << bad;
+        EXPECT_STREQ(t.GetNumericFormat(), "% #12.6e") << bad;
+    }
+    EXPECT_TRUE(t.SetNumericFormat("100%% of %g"));
+    EXPECT_EQ(t.FormatNumber(0.5), "100% of 0.5");
+    EXPECT_TRUE(t.SetNumericFormat("%-+#012.4E"));
+}
+
+TEST(NonLinearityTermString, CopiesLikeStrncpy) {
+    TextTerm t;
+    auto x = Var("X");
+    t.AddNLConstantObject(1.0);
+    t.AddVariableObject(x.get());
+    char buf[8];
+    std::memset(buf, '#', sizeof buf);
+    t.TermString("%.1f", buf, 4);
+    EXPECT_EQ(std::string(buf, 8), "1.0 ####");  // no terminator written
+    std::memset(buf, '#', sizeof buf);
+    t.TermString("%.0f", buf, 8);
+    EXPECT_EQ(std::string(buf, 8), std::string("1 * X\0\0\0", 8));  // padded
+    std::memset(buf, '#', sizeof buf);
+    t.TermString("%.0f", buf, 0);
+    t.TermString("%.0f", nullptr, 8);
+    EXPECT_EQ(std::string(buf, 8), "########");
+}
+
+TEST(NonLinearityTermString, WideFieldsAreNotCut) {
+    TextTerm t;
+    t.AddNLConstantObject(1.0);
+    EXPECT_TRUE(t.SetNumericFormat("%90.1f"));
+    EXPECT_EQ(t.FormatNumber(1.0).size(), 90u);
+}
+
+TEST(NonLinearityDisplay, ListsArgumentsConstantsAndFormula) {
+    TextTerm t;
+    LPEquation row;
+    row.SetIndex(4);
+    auto x = Var("X"), y = Var("Y");
+    t.SetIndex(2);
+    t.SetEquationPtr(&row);
+    t.AddVariableObject(x.get());
+    t.AddVariableObject(y.get());
+    t.AddNLConstantObject(1.5);
+    t.AddNLConstantObject(-2.0);
+    std::ostringstream os;
+    t.Display(os);
+    EXPECT_EQ(os.str(),
+              "NonLinearity [2] EqnIdx = 4\n"
+              " Variable Participant List ...\n"
+              "   X\n"
+              "   Y\n"
+              " Constant Pool for Term : ( 1.5, -2 )\n"
+              " 1.500000e+00 * X * Y\n\n");
+}
+
+TEST(NonLinearityDisplay, OmitsEmptyListsAndToleratesMissingRow) {
+    TextTerm t;
+    std::ostringstream os;
+    t.Display(os);
+    EXPECT_EQ(os.str(), "NonLinearity [0] EqnIdx = 0\n 0.000000e+00\n\n");
+}
+
+class NonLinearityCompare : public ::testing::Test {
+protected:
+    void SetUp() override {
+        row.SetName("R1");
+        x = Var("X");
+        y = Var("Y");
+        x2 = Var("X");
+        y2 = Var("Y");
+        z2 = Var("Z");
+        a.SetEquationPtr(&row);
+        a.AddVariableObject(x.get());
+        a.AddVariableObject(y.get());
+        b.AddVariableObject(y2.get());
+        b.AddVariableObject(z2.get());
+        b.AddVariableObject(x2.get());
+    }
+    LPEquation row;
+    std::unique_ptr<LPVariable> x, y, x2, y2, z2;
+    TextTerm a, b;
+    std::ostringstream os;
+};
+
+TEST_F(NonLinearityCompare, EqualConstantsReportNothing) {
+    a.AddNLConstantObject(2.0);
+    b.AddNLConstantObject(2.0 + 1e-9);
+    EXPECT_EQ(a.Compare(&b, 1, 1e-6, os), 0);
+    EXPECT_TRUE(os.str().empty());
+}
+
+TEST_F(NonLinearityCompare, OneNonZeroConstantEachIsReportedWithValues) {
+    a.AddNLConstantObject(2.0);
+    b.AddNLConstantObject(0.0);
+    b.AddNLConstantObject(3.0);
+    EXPECT_EQ(a.Compare(&b, 1, 1e-6, os), -1);
+    EXPECT_EQ(os.str(),
+              " Problem p1 Nonlinearity for Equation R1 matches a Problem p2 Nonlinearity in "
+              "Variables X Y  but NOT in constants (p1 = 2, p2 = 3)\n\n");
+}
+
+TEST_F(NonLinearityCompare, OtherwiseTheShortFormAndModeThreeLabels) {
+    a.AddNLConstantObject(2.0);
+    a.AddNLConstantObject(4.0);
+    b.AddNLConstantObject(2.0);
+    b.AddNLConstantObject(5.0);
+    EXPECT_EQ(a.Compare(&b, 3, 1e-6, os), -1);
+    EXPECT_EQ(os.str(),
+              " Problem old MG Nonlinearity for Equation R1 matches a Problem zem MG Nonlinearity "
+              "in Variables X Y but NOT in constants\n\n");
+}
+
+TEST_F(NonLinearityCompare, DifferentConstantCountsDiffer) {
+    a.AddNLConstantObject(2.0);
+    b.AddNLConstantObject(2.0);
+    b.AddNLConstantObject(0.0);
+    EXPECT_EQ(a.Compare(&b, 1, 1e-6, os), -1);
+}
+
+TEST_F(NonLinearityCompare, TermsOverOtherVariablesDoNotCorrespond) {
+    // b holds X, Y and Z; seen from b, Z is missing in a.
+    a.AddNLConstantObject(1.0);
+    b.AddNLConstantObject(9.0);
+    EXPECT_EQ(b.Compare(&a, 1, 1e-6, os), 1);
+    EXPECT_EQ(a.Compare(nullptr, 1, 1e-6, os), 1);
+    EXPECT_TRUE(os.str().empty());
+}
+
+TEST(NLConstantTest, HoldsAndShowsItsValue) {
+    INLConstant* c = new NLConstant(1.25);
+    EXPECT_EQ(c->GetValue(), 1.25);
+    c->SetValue(-3.0);
+    std::ostringstream os;
+    c->Display(os);
+    EXPECT_EQ(os.str(), "NLConstant = -3\n");
+    c->Destroy();
+}

@@ -1,0 +1,123 @@
+#include "zemmgr/ZEMOptionTable.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "lpdata/ZEMException.h"
+
+namespace {
+
+std::string persisted(ZEMOptionTable& t) {
+    std::stringstream ss;
+    t.StreamWrite(&ss);
+    return ss.str();
+}
+
+void expectReadError(const std::string& bytes) {
+    std::istringstream in(bytes);
+    ZEMOptionTable t;
+    try {
+        t.StreamRead(&in);
+        FAIL() << "no exception for " << bytes.size() << " bytes";
+    } catch (ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "ZEMDataMgr Error");
+        EXPECT_EQ(e.Reason(), "Error during read of ZEM Option List from binary file");
+        EXPECT_EQ(e.Routine(), "ZEMOptionTable::StreamRead");
+        EXPECT_EQ(e.SourceFile(), "zemmgr");
+    }
+}
+
+}  // namespace
+
+TEST(ZEMOptionTable, ColumnsAreSetIndependently) {
+    ZEMOptionTable t;
+    t.SetOption("A", "1", nullptr);
+    t.SetOption("A", "", "second");  // empty first value keeps "1"
+    EXPECT_STREQ(t.GetOptionValue("A"), "1");
+    EXPECT_STREQ(t.GetOptionSecondValue("A"), "second");
+    t.SetOption("A", "2", "");
+    EXPECT_STREQ(t.GetOptionValue("A"), "2");
+    EXPECT_STREQ(t.GetOptionSecondValue("A"), "second");
+    t.SetOption("B", nullptr, "only2");
+    EXPECT_EQ(t.GetOptionValue("B"), nullptr);
+    EXPECT_STREQ(t.GetOptionSecondValue("B"), "only2");
+    EXPECT_EQ(t.GetOptionValue("missing"), nullptr);
+    EXPECT_EQ(t.GetOptionValue(nullptr), nullptr);
+}
+
+TEST(ZEMOptionTable, EmptyOrNullNameIsIgnored) {
+    ZEMOptionTable t;
+    t.SetOption("", "v", "w");
+    t.SetOption(nullptr, "v", "w");
+    EXPECT_TRUE(t.FirstColumn().empty());
+    EXPECT_TRUE(t.SecondColumn().empty());
+}
+
+TEST(ZEMOptionTable, DisplayEmptyAndMixedColumns) {
+    ZEMOptionTable t;
+    std::ostringstream empty;
+    t.Display(empty);
+    EXPECT_EQ(empty.str(),
+              "\nO P T I O N   T A B L E   D I S P L A Y\n"
+              "- - - - - -   - - - - -   - - - - - - -\n\n -- EMPTY --\n\n");
+
+    t.SetOption("B", "2", "x");
+    t.SetOption("A", "1", nullptr);
+    t.SetOption("C", nullptr, "3");
+    std::ostringstream os;
+    t.Display(os);
+    EXPECT_EQ(os.str(),
+              "\nO P T I O N   T A B L E   D I S P L A Y\n"
+              "- - - - - -   - - - - -   - - - - - - -\n\n"
+              "  A : 1\n  B : 2 : x\n  C : -------- : 3\n");
+}
+
+TEST(ZEMOptionTable, NamesAreOrderedBytewise) {
+    ZEMOptionTable t;
+    t.SetOption("ab", "1", nullptr);
+    t.SetOption("a", "2", nullptr);
+    t.SetOption("B", "3", nullptr);
+    t.SetOption("\xC3\xA9", "4", nullptr);  // high bytes sort after ASCII
+    std::string order;
+    for (const auto& e : t.FirstColumn()) order += e.second;
+    EXPECT_EQ(order, "3214");
+}
+
+TEST(ZEMOptionTable, EmptyTablePersistsAsEightZeroBytes) {
+    ZEMOptionTable t;
+    EXPECT_EQ(persisted(t), std::string(8, '\0'));
+}
+
+TEST(ZEMOptionTable, PersistedLayoutAndRoundTrip) {
+    ZEMOptionTable t;
+    t.SetOption("K", "vv", nullptr);
+    t.SetOption("J", "u", "w");
+    const std::string bytes = persisted(t);
+    // First column: J\0u\0K\0vv\0 = 9 bytes; second: J\0w\0 = 4 bytes.
+    const std::string expected = std::string("\x09\0\0\0", 4) + std::string("J\0u\0K\0vv\0", 9) +
+                                 std::string("\x04\0\0\0", 4) + std::string("J\0w\0", 4);
+    EXPECT_EQ(bytes, expected);
+
+    std::istringstream in(bytes + "tail");
+    ZEMOptionTable back;
+    back.StreamRead(&in);
+    EXPECT_EQ(back.FirstColumn(), t.FirstColumn());
+    EXPECT_EQ(back.SecondColumn(), t.SecondColumn());
+    std::string rest;
+    in >> rest;
+    EXPECT_EQ(rest, "tail");  // reads exactly its own bytes
+}
+
+TEST(ZEMOptionTable, TruncatedOrDamagedInputIsAReadError) {
+    ZEMOptionTable t;
+    t.SetOption("NAME", "VALUE", "SECOND");
+    const std::string bytes = persisted(t);
+    for (size_t cut = 0; cut < bytes.size(); ++cut) expectReadError(bytes.substr(0, cut));
+    // A body whose last text has no terminator, and a name without value.
+    expectReadError(std::string("\x03\0\0\0", 4) + "A\0B" + std::string(4, '\0'));
+    expectReadError(std::string("\x02\0\0\0", 4) + std::string("A\0", 2) + std::string(4, '\0'));
+    // A length far beyond the stream.
+    expectReadError(std::string("\xff\xff\xff\xff", 4) + "abc");
+}
