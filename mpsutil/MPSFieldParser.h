@@ -1,0 +1,83 @@
+// Fixed-field card parsing shared by the MPS readers and the writer's field
+// placement.
+//
+// A fixed-field MPS data card has up to six fields at fixed columns. With the
+// classic geometry (key width 2, name width 8, number width 12) they are, as
+// 1-based columns:
+//
+//   field 1  key       2-3      e.g. " UP" in BOUNDS, " N" in ROWS
+//   field 2  name 1    5-12     column name, RHS/range/bound set name
+//   field 3  name 2    15-22    row name, or bound column name
+//   field 4  number 1  25-36
+//   field 5  name 3    40-47
+//   field 6  number 2  50-61
+//
+//   *234567890123456789012345678901234567890123456789012345678901
+//    UP BND1      X1                4.0
+//       X1        R1                2.0   R2                 1.0
+//
+// Every field is read with the same rule (MPSExtractField): blanks before the
+// text are skipped, blanks after it are dropped, and blanks between two
+// pieces of text inside the field become underscores, so 'MY ROW' is read as
+// 'MY_ROW'. Numbers are converted with strtod semantics (MPSParseNumber).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Size of the line buffer and of every field buffer: a line holds at most
+// 1023 characters, so no field can be longer.
+constexpr int kMPSLineSize = 1024;
+// Widths are clamped to this so that a field always fits its buffer.
+constexpr int kMPSMaxFieldWidth = kMPSLineSize - 1;
+
+// The fields of a data card, in card order.
+enum MPSFieldIndex : int {
+    kMPSFieldKey = 0,
+    kMPSFieldName1 = 1,
+    kMPSFieldName2 = 2,
+    kMPSFieldNumber1 = 3,
+    kMPSFieldName3 = 4,
+    kMPSFieldNumber2 = 5,
+    kMPSFieldCount = 6
+};
+
+// Widths and 0-based start offsets of the six fields.
+struct MPSFieldGeometry {
+    int16_t keyWidth = 0;
+    int16_t nameWidth = 0;
+    int16_t numberWidth = 0;
+    int start[kMPSFieldCount] = {};
+
+    MPSFieldGeometry() { Set(8, 12, 2); }
+
+    // Key at offset 1; name 1 at keyWidth + 2; name 2 at name 1 + nameWidth
+    // + 2; number 1 at name 2 + nameWidth + 2; name 3 at number 1 +
+    // numberWidth + 3; number 2 at name 3 + nameWidth + 2. Widths outside
+    // [0, kMPSMaxFieldWidth] are clamped into it.
+    void Set(int16_t nameWidth, int16_t numberWidth, int16_t keyWidth);
+    int Width(int field) const;
+};
+
+// Copies the field whose text starts at `text` and that is `width`
+// characters wide into `dst` (at least width + 1 bytes), NUL-terminated,
+// with the blank rule described above. Reading stops at a NUL in `text`, so
+// a field cut short by the end of the line is read up to that end. Returns
+// the number of characters stored.
+size_t MPSExtractField(char* dst, const char* text, int width);
+
+// Splits a fixed-field data card: clears the six fields, then extracts them
+// in card order and stops at the first field whose start lies at or beyond
+// the end of the line (the remaining fields stay empty). `fields` holds
+// kMPSFieldCount buffers of kMPSLineSize bytes.
+void MPSExtractFixedFields(const char* line, int length, const MPSFieldGeometry& geometry,
+                           char (*fields)[kMPSLineSize]);
+
+// strtod semantics without its cost: the leading numeric part of the text is
+// converted (so "12.5abc" is 12.5) and text without one gives 0. Decimal
+// points are always ".", whatever the locale, except for the rare forms
+// (hexadecimal) that are handed to strtod itself.
+double MPSParseNumber(const char* text);
+
+// True when `line` begins with the first `n` characters of `keyword`.
+bool MPSHasPrefix(const char* line, const char* keyword, size_t n);

@@ -1,0 +1,146 @@
+#include "mpsutil/MPSFieldParser.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+#include <string>
+
+#include "mpsutil/MPSLineSource.h"
+
+namespace {
+
+std::string extract(const char* text, int width) {
+    char buf[kMPSLineSize];
+    std::memset(buf, 'Z', sizeof buf);
+    const size_t n = MPSExtractField(buf, text, width);
+    EXPECT_EQ(n, std::strlen(buf));
+    return buf;
+}
+
+}  // namespace
+
+TEST(MPSExtractField, BlanksInsideBecomeUnderscoresAndOutsideAreDropped) {
+    EXPECT_EQ(extract("AB CD   ", 8), "AB_CD");
+    EXPECT_EQ(extract("ABCD    ", 8), "ABCD");
+    EXPECT_EQ(extract("  AB  CD", 8), "AB__CD");
+    EXPECT_EQ(extract("A B C D ", 8), "A_B_C_D");
+    EXPECT_EQ(extract("        ", 8), "");
+    EXPECT_EQ(extract("", 8), "");
+}
+
+TEST(MPSExtractField, WidthBoundsTheFieldAndLeadingBlanksCount) {
+    EXPECT_EQ(extract("ABCDEFGHIJ", 8), "ABCDEFGH");
+    // Leading blanks use up the width: only four characters remain.
+    EXPECT_EQ(extract("    ICECREAM", 8), "ICEC");
+    // A blank run that reaches the end of the field is trailing.
+    EXPECT_EQ(extract("ABC     X", 8), "ABC");
+    // Text ending early (end of the line) ends the field.
+    EXPECT_EQ(extract("AB", 8), "AB");
+    EXPECT_EQ(extract("AB ", 8), "AB");
+    EXPECT_EQ(extract("ABC", 0), "");
+    EXPECT_EQ(extract("ABC", -3), "");
+}
+
+TEST(MPSFieldGeometry, ClassicAndExtendedColumns) {
+    MPSFieldGeometry g;
+    const int classic[] = {1, 4, 14, 24, 39, 49};
+    for (int f = 0; f < kMPSFieldCount; ++f) EXPECT_EQ(g.start[f], classic[f]) << f;
+    EXPECT_EQ(g.Width(kMPSFieldKey), 2);
+    EXPECT_EQ(g.Width(kMPSFieldName3), 8);
+    EXPECT_EQ(g.Width(kMPSFieldNumber2), 12);
+
+    g.Set(128, 13, 2);
+    const int extended[] = {1, 4, 134, 264, 280, 410};
+    for (int f = 0; f < kMPSFieldCount; ++f) EXPECT_EQ(g.start[f], extended[f]) << f;
+
+    g.Set(-5, 30000, 2);
+    EXPECT_EQ(g.nameWidth, 0);
+    EXPECT_EQ(g.numberWidth, kMPSMaxFieldWidth);
+}
+
+TEST(MPSExtractFixedFields, StopsAtTheFirstFieldBeyondTheLine) {
+    char fields[kMPSFieldCount][kMPSLineSize];
+    for (auto& f : fields) std::strcpy(f, "stale");
+    MPSFieldGeometry g;
+    //                        1         2         3         4         5
+    //              0123456789012345678901234567890123456789012345678901234
+    const std::string card = " UP BND1      X1                4.0    R2              1.5";
+    MPSExtractFixedFields(card.c_str(), static_cast<int>(card.size()), g, fields);
+    EXPECT_STREQ(fields[kMPSFieldKey], "UP");
+    EXPECT_STREQ(fields[kMPSFieldName1], "BND1");
+    EXPECT_STREQ(fields[kMPSFieldName2], "X1");
+    EXPECT_STREQ(fields[kMPSFieldNumber1], "4.0");
+    EXPECT_STREQ(fields[kMPSFieldName3], "R2");
+    EXPECT_STREQ(fields[kMPSFieldNumber2], "1.5");
+
+    // The line ends inside name 2: the numbers and name 3 stay empty.
+    for (auto& f : fields) std::strcpy(f, "stale");
+    const std::string shortCard = "    X1        R1";
+    MPSExtractFixedFields(shortCard.c_str(), static_cast<int>(shortCard.size()), g, fields);
+    EXPECT_STREQ(fields[kMPSFieldName1], "X1");
+    EXPECT_STREQ(fields[kMPSFieldName2], "R1");
+    EXPECT_STREQ(fields[kMPSFieldNumber1], "");
+    EXPECT_STREQ(fields[kMPSFieldName3], "");
+    EXPECT_STREQ(fields[kMPSFieldNumber2], "");
+}
+
+TEST(MPSParseNumber, AgreesWithStrtod) {
+    const char* texts[] = {"1",        "-2.5",     "+3",      ".5",       "5.",     "1e5",
+                           "1.5E-3",   "-0",       "12.5abc", "abc",      "",       "-",
+                           "+-5",      "1e",       "1e+",     "0x1A",     "-0x10",  "1e400",
+                           "-1e400",   "1e-400",   "1_000",   "\t7",      "1D3",    "00012",
+                           "1e20",     "-1e+20",   "inf",     "-Infinity", "3.14159265358979",
+                           "0.1",      "123456789012345678901234567890"};
+    for (const char* t : texts) {
+        const double expected = std::strtod(t, nullptr);
+        const double got = MPSParseNumber(t);
+        if (std::isnan(expected)) {
+            EXPECT_TRUE(std::isnan(got)) << t;
+        } else {
+            EXPECT_EQ(got, expected) << '"' << t << '"';
+            EXPECT_EQ(std::signbit(got), std::signbit(expected)) << t;
+        }
+    }
+    EXPECT_TRUE(std::isnan(MPSParseNumber("nan")));
+}
+
+TEST(MPSLineSource, SplitsLongLinesLikeFgets) {
+    const std::string longLine(2500, 'x');
+    std::istringstream in("first\r\n" + longLine + "\nlast");
+    MPSLineSource src;
+    src.Attach(&in);
+    char buf[kMPSLineSize];
+    size_t len = 0;
+    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
+    EXPECT_STREQ(buf, "first\r\n");
+    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
+    EXPECT_EQ(len, 1023u);
+    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
+    EXPECT_EQ(len, 1023u);
+    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
+    EXPECT_EQ(std::string(buf), std::string(2500 - 2046, 'x') + "\n");
+    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
+    EXPECT_STREQ(buf, "last");
+    EXPECT_FALSE(src.ReadLine(buf, sizeof buf, len));
+    EXPECT_FALSE(src.InputFailed());
+}
+
+TEST(MPSLineSource, LinesAcrossBlockBoundariesArriveWhole) {
+    // Enough short lines to cross the internal block size several times.
+    std::string text;
+    for (int i = 0; i < 300000; ++i) text += "line " + std::to_string(i) + "\n";
+    std::istringstream in(text);
+    MPSLineSource src;
+    src.Attach(&in);
+    char buf[kMPSLineSize];
+    size_t len = 0;
+    int count = 0;
+    while (src.ReadLine(buf, sizeof buf, len)) {
+        ASSERT_EQ(std::string(buf), "line " + std::to_string(count) + "\n");
+        ++count;
+    }
+    EXPECT_EQ(count, 300000);
+}
