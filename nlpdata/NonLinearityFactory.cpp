@@ -5,8 +5,15 @@
 #include <string_view>
 
 #include "nlpdata/NLConstants.h"
+#include "nlpdata/NLCurve.h"
+#include "nlpdata/NLDistillation.h"
+#include "nlpdata/NLDivision.h"
+#include "nlpdata/NLEquationTerms.h"
 #include "nlpdata/NLExpLog.h"
+#include "nlpdata/NLPowers.h"
+#include "nlpdata/NLProcess.h"
 #include "nlpdata/NLProducts.h"
+#include "nlpdata/NLSimDistInterp.h"
 #include "nlpdata/NLTypeCodes.h"
 #include "nlpdata/NLUnknown.h"
 
@@ -28,8 +35,20 @@ INonLinearity* MakeTerm(int16_t code) {
         case kNLExponentialX: return new NonLinearityExponentialX();
         case kNLConstant: return new NonLinearityConstant();
         case kNLConstantProd: return new NonLinearityConstantProd();
+        case kNLCurve: return new NonLinearityCurve();
+        case kNLWrap: return new NonLinearityWrap();
+        case kNLPower: return new NonLinearityPower();
+        case kNLXPower: return new NonLinearityXPower();
+        case kNLEvaporation: return new NonLinearityEvaporationGDOT();
         case kNLEI: return new NonLinearityEI();
+        case kNLTPercent: return new NonLinearityTPercent();
         case kNLProduct2: return new NonLinearityProduct2();
+        case kNLFloatingTankQB: return new NonLinearityFloatingTankQualityBalance();
+        case kNLDivision: return new NonLinearityDivision();
+        case kNLDiBiDistFunc: return new XNonLinearityDiBiDistFunc();
+        case kNLDiBiFullDistFunc: return new XNonLinearityDiBiFullDistFunc();
+        case kNLSimDistInterp: return new XNonLinearitySimDistInterp();
+        case kNLSimDistInterpFVT: return new XNonLinearitySimDistInterpFVT();
         default: return new NonLinearityUnknown();
     }
 }

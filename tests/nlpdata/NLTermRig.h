@@ -27,6 +27,21 @@ struct TermDeleter {
 };
 using TermPtr = std::unique_ptr<INonLinearity, TermDeleter>;
 
+// A term and its variables, for tests that probe values at chosen points.
+struct BuiltTerm {
+    INonLinearity* term = nullptr;
+    std::vector<LPVariable*> vars;
+
+    // Value with the first variable at x.
+    double At(double x) {
+        vars.at(0)->SetVarValue(x);
+        return term->EvaluateTerm();
+    }
+    // Derivative for the first variable at x.
+    double DerivAt(double x);
+    double Value() { return term->EvaluateTerm(); }
+};
+
 class TermRig {
 public:
     TermRig() {
@@ -123,10 +138,50 @@ public:
         }
     }
 
+    // True when the term is smooth at the current point along every distinct
+    // argument: one-sided differences agree, so no kink or branch switch
+    // lies within the difference step.
+    static bool SmoothAt(INonLinearity* t, double relStep = 1e-6) {
+        const double f0 = t->EvaluateTerm();
+        std::vector<ILPVariable*> uv;
+        for (ILPVariable* v = t->FrstUniqueVar(); v; v = t->NextUniqueVar()) uv.push_back(v);
+        for (ILPVariable* v : uv) {
+            const double x = v->GetVarValue();
+            const double h = relStep * std::max(1.0, std::fabs(x));
+            v->SetVarValue(x + h);
+            const double fwd = (t->EvaluateTerm() - f0) / h;
+            v->SetVarValue(x - h);
+            const double bwd = (f0 - t->EvaluateTerm()) / h;
+            v->SetVarValue(x);
+            if (std::fabs(fwd - bwd) > 1e-3 * std::max({1.0, std::fabs(fwd), std::fabs(bwd)}))
+                return false;
+        }
+        return true;
+    }
+
+    // A term of `keyword` over new variables X0, X1, ... at `values`, owned
+    // by the rig.
+    BuiltTerm Build(const char* keyword, const std::vector<double>& constants,
+                    const std::vector<double>& values) {
+        BuiltTerm b;
+        m_terms.push_back(Make(keyword));
+        b.term = m_terms.back().get();
+        for (size_t i = 0; i < values.size(); ++i)
+            b.vars.push_back(Var("X" + std::to_string(i), values[i]));
+        Fill(b.term, constants, b.vars);
+        return b;
+    }
+
     LPEquation& Row() { return m_row; }
 
 private:
     LPEquation m_row;
     std::vector<std::unique_ptr<LPVariable>> m_vars;
     std::vector<std::unique_ptr<LPNonZero>> m_nonZeros;
+    std::vector<TermPtr> m_terms;
 };
+
+inline double BuiltTerm::DerivAt(double x) {
+    vars.at(0)->SetVarValue(x);
+    return TermRig::Jacobian(term).at(0);
+}

@@ -26,7 +26,7 @@ const Keyword kKeywords[] = {
 };
 
 // Codes the factory makes a class of its own for.
-const int16_t kMadeCodes[] = {1, 2, 3, 4, 5, 17, 19};
+const int16_t kMadeCodes[] = {1, 2, 3, 4, 5, 10, 12, 14, 15, 16, 17, 18, 19, 20, 21, 91, 92, 93, 94};
 
 // A factory that registers extra names and reports its destruction.
 class ExtendedFactory : public NonLinearityFactoryBase {
@@ -107,6 +107,9 @@ TEST_F(FactoryTest, CreateByCodeMakesTheClassOfTheCode) {
         EXPECT_EQ(t->Active(), 1);
         EXPECT_EQ(t->GetIndex(), 0);
     }
+    EXPECT_STREQ(ByCode(10)->GetNonLinearityID(), "GNREQ");
+    EXPECT_STREQ(ByCode(21)->GetNonLinearityID(), "DIV");
+    EXPECT_STREQ(ByCode(12)->GetNonLinearityID(), "WRAPEQ");
 }
 
 TEST_F(FactoryTest, CodesWithoutAFactoryClassGiveAnUnknownTerm) {

@@ -1,0 +1,68 @@
+// The reading half of the variable and equation list records: n fixed-size
+// records, then the name block (see LPRecordIO.h).
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <istream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "lpdata/LPRecordIO.h"
+#include "lpdata/ZEMException.h"
+
+namespace lprec {
+
+struct ListReadTexts {
+    const char* listError;     // short read of the records
+    const char* listRoutine;
+    const char* countError;    // name block count below 1
+    const char* namesError;    // short name block
+    const char* namesRoutine;
+};
+
+// Reads n records, makes an entity for each with make() and fills it with
+// decode(entity, record); then reads the name block, names the entities in
+// order and adds each with add(entity), stopping when the block or the n
+// entities are used up. Entities left without a name are deleted. Returns the
+// added entities as a new[] table with a terminating null. On a read error
+// nothing has been added and nothing is leaked.
+template <class E, class Make, class Decode, class Add>
+E** ReadEntityList(int n, std::istream* is, size_t recordSize, const ListReadTexts& t, Make make,
+                   Decode decode, Add add) {
+    if (is == nullptr || n < 0 || !zembin::canHold(is, n, recordSize))
+        ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.listError, t.listRoutine);
+
+    std::vector<std::unique_ptr<E>> made;
+    made.reserve(static_cast<size_t>(std::min(n, 1 << 16)));
+    RecordReader reader(is, recordSize, static_cast<uint64_t>(n));
+    for (int i = 0; i < n; ++i) {
+        const unsigned char* rec = reader.Next();
+        if (rec == nullptr)
+            ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.listError, t.listRoutine);
+        std::unique_ptr<E> e(make());
+        decode(e.get(), rec);
+        made.push_back(std::move(e));
+    }
+
+    std::vector<E*> added;
+    if (n > 0) {
+        int32_t bytes = 0;
+        if (!zembin::readI32(is, bytes) || bytes < 1)
+            ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.countError, t.namesRoutine);
+        std::vector<unsigned char> block;
+        if (!zembin::canHold(is, bytes, 1) || !ReadBlock(is, static_cast<uint64_t>(bytes), block))
+            ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.namesError, t.namesRoutine);
+        added.reserve(made.size());
+        ForEachBlockName(block, made.size(), [&](const std::string& name) {
+            E* e = made[added.size()].release();
+            e->SetName(name.c_str());
+            added.push_back(e);
+            add(e);
+        });
+    }
+    return MakeTable(added);
+}
+
+}  // namespace lprec

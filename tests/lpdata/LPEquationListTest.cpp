@@ -1,0 +1,112 @@
+#include "lpdata/LPEquationList.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "lpdata/LPEquation.h"
+
+TEST(LPEquationList, InsertRemoveAndTrashKeepIndicesConsecutive) {
+    LPEquationList list;
+    for (const char* n : {"R1", "R2", "R3", "R4", "R5"}) list.InsertEquation(n);
+    EXPECT_EQ(list.InsertEquation("R3")->GetIndex(), 3);
+    list.RemoveEquation(list.EqnNameLookup("R1"));
+    list.TrashEquation(list.EqnNameLookup("R4"));
+    list.EmptyTrash();
+    ILPEquation* out = nullptr;
+    const char* expected[] = {"R2", "R3", "R5"};
+    for (int i = 1; i <= 3; ++i) {
+        list.RetrieveEquationObject(i, &out);
+        ASSERT_NE(out, nullptr);
+        EXPECT_STREQ(out->GetName(), expected[i - 1]);
+        EXPECT_EQ(out->GetIndex(), i);
+    }
+    EXPECT_EQ(list.NumberOfEquations(), 3);
+    EXPECT_EQ(list.NumberOfPersistedEquations(), 3);
+    EXPECT_EQ(list.EqnNameLookup("R4"), nullptr);
+}
+
+TEST(LPEquationList, CountsByKind) {
+    LPEquationList list;
+    ILPEquation* obj = list.InsertEquation("OBJ");
+    obj->SetType(ZEM_EQN_OBJECTIVE);
+    obj->SetNumberNZ(4);
+    ILPEquation* le = list.InsertEquation("LE");
+    le->SetType(ZEM_EQN_LE);
+    le->SetRange(2);
+    le->SetNumberNZ(3);
+    le->IncrNonlinear();
+    ILPEquation* fr = list.InsertEquation("FR");
+    fr->SetType(ZEM_EQN_FREE);
+    fr->SetNumberNZ(5);
+    fr->IncrNonlinear();
+    ILPEquation* ge = list.InsertEquation("GE");
+    ge->SetType(ZEM_EQN_GE);
+    ge->SetRange(-1);
+    ge->SetNumberNZ(7);
+    list.InsertEquation("EQ")->IncrNonlinear();
+
+    EXPECT_EQ(list.NumberOfNLEquations(), 3);
+    int eq = -1, l = -1, g = -1, f = -1;
+    list.NLEquationProfile(eq, l, g, f);
+    EXPECT_EQ(eq, 1);
+    EXPECT_EQ(l, 1);
+    EXPECT_EQ(g, 0);
+    EXPECT_EQ(f, 1);
+    int rows = -1, nz = -1, objNz = -1;
+    list.RangeEqnCount(rows, nz);
+    EXPECT_EQ(rows, 2);
+    EXPECT_EQ(nz, 10);
+    list.FreeEqnCount(rows, nz, objNz);
+    EXPECT_EQ(rows, 1);
+    EXPECT_EQ(nz, 5);
+    EXPECT_EQ(objNz, 4);
+    list.ProcessEquationCollection();
+    EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_OBJECTIVE), 1);
+    EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_EQ), 1);
+    EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_UNKNOWN), 0);
+}
+
+TEST(LPEquationList, ValueUpdates) {
+    LPEquationList list;
+    ILPEquation* a = list.InsertEquation("A");
+    ILPEquation* b = list.InsertEquation("B");
+    a->SetEqnValue(5);
+    list.UpdateBasePointValues();
+    a->SetEqnValue(1);
+    list.UpdateValuesFromBasePoint();
+    EXPECT_EQ(a->GetEqnValue(), 5);
+    const double residuals[] = {0.5, 0.25};
+    list.UpdateResidualValues(residuals);
+    EXPECT_EQ(a->GetResidualValue(), 0.5);
+    EXPECT_EQ(b->GetResidualValue(), 0.25);
+}
+
+TEST(LPEquationList, Display) {
+    LPEquationList list;
+    ILPEquation* o = list.InsertEquation("COST");
+    o->SetType(ZEM_EQN_OBJECTIVE);
+    o->SetNumberNZ(2);
+    ILPEquation* r = list.InsertEquation("CAP");
+    r->SetType(ZEM_EQN_LE);
+    r->SetRHS(10);
+    r->SetRange(4);
+    r->SetNumberNZ(3);
+    std::ostringstream os;
+    list.Display(os);
+    EXPECT_EQ(os.str(),
+              "\nD I S P L A Y   O F   M A T R I X   E Q U A T I O N S\n"
+              "         1  Objective\n"
+              "         0  Equality\n"
+              "         1  LessThanEqualTo\n"
+              "         0  GreaterThanEqualTo\n"
+              "         0  Free\n"
+              "         0  Nonlinear Rows\n"
+              "Range Rows :         1         3  Range Row NonZeros\n"
+              "Free Rows :         0         0  Total Free Row NonZeros\n"
+              "Obj NonZeros :         2\n\n"
+              "Equation [1] : COST\n RHS = 0, Range = 0\n Type = OBJ\n EqnValue w/o RHS = 0\n"
+              " Matrix Nonzeros = 2\n Number NonLinearities = 0\n\n"
+              "Equation [2] : CAP\n RHS = 10, Range = 4\n Type = LE\n EqnValue w/o RHS = 0\n"
+              " Matrix Nonzeros = 3\n Number NonLinearities = 0\n\n");
+}

@@ -1,0 +1,433 @@
+#include "lpdata/LPMatrix.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/LPEquation.h"
+#include "lpdata/LPEquationList.h"
+#include "lpdata/LPNonZero.h"
+#include "lpdata/LPVariableList.h"
+#include "lpdata/ZEMException.h"
+
+namespace {
+
+class MatrixTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        for (int i = 1; i <= 6; ++i) eqns.InsertEquation(("R" + std::to_string(i)).c_str());
+        for (int j = 1; j <= 8; ++j) vars.InsertVariable(("C" + std::to_string(j)).c_str());
+    }
+    ILPEquation* Row(int i) {
+        ILPEquation* e = nullptr;
+        eqns.RetrieveEquationObject(i, &e);
+        return e;
+    }
+    ILPVariable* Col(int j) {
+        ILPVariable* v = nullptr;
+        vars.RetrieveVariableObject(j, &v);
+        return v;
+    }
+    ILPNonZero* Add(int row, int col, double coef) {
+        ILPNonZero* nz = nullptr;
+        matrix.CreateNewNonZeroObject(&nz);
+        nz->SetEquationPtr(Row(row));
+        nz->SetVariablePtr(Col(col));
+        nz->SetCoefficient(coef);
+        return matrix.AddNonZeroObject(nz);
+    }
+    std::vector<std::string> RowWalk(int row) {
+        std::vector<std::string> out;
+        for (ILPNonZero* nz = matrix.RowFrstNonZeroObject(row); nz; nz = matrix.RowNextNonZeroObject())
+            out.push_back(nz->GetVariablePtr()->GetName());
+        return out;
+    }
+    std::vector<std::string> ColWalk(int col) {
+        std::vector<std::string> out;
+        for (ILPNonZero* nz = matrix.ColFrstNonZeroObject(col); nz; nz = matrix.ColNextNonZeroObject())
+            out.push_back(nz->GetEquationPtr()->GetName());
+        return out;
+    }
+    void ExpectIndicesConsecutive() {
+        int expected = 1;
+        for (ILPNonZero* nz = matrix.FrstNonZeroObject(); nz; nz = matrix.NextNonZeroObject())
+            EXPECT_EQ(nz->GetIndex(), expected++);
+        EXPECT_EQ(expected - 1, matrix.NumberOfNonZeros());
+    }
+
+    LPVariableList vars;
+    LPEquationList eqns;
+    LPMatrix matrix{&vars, &eqns};
+};
+
+using Strings = std::vector<std::string>;
+
+}  // namespace
+
+TEST_F(MatrixTest, DuplicateEntriesAreSummed) {
+    ILPNonZero* first = Add(3, 5, 2.0);
+    ILPNonZero* second = Add(3, 5, 1.5);
+    EXPECT_EQ(first, second);
+    EXPECT_EQ(first->GetCoefficient(), 3.5);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
+    EXPECT_EQ(first->GetIndex(), 1);
+    EXPECT_EQ(matrix.NonZerosInRow(3), 1);
+    EXPECT_EQ(matrix.NonZerosInColumn(5), 1);
+    // Adding the kept object itself again changes nothing.
+    EXPECT_EQ(matrix.AddNonZeroObject(first), first);
+    EXPECT_EQ(first->GetCoefficient(), 3.5);
+}
+
+TEST_F(MatrixTest, DuplicatesInALongColumnAreSummed) {
+    // Enough equations to take the column past the short-column scan.
+    std::vector<ILPEquation*> rows;
+    for (int i = 0; i < 100; ++i) rows.push_back(eqns.InsertEquation(("L" + std::to_string(i)).c_str()));
+    auto add = [&](ILPEquation* e, double c) {
+        ILPNonZero* nz = nullptr;
+        matrix.CreateNewNonZeroObject(&nz);
+        nz->SetEquationPtr(e);
+        nz->SetVariablePtr(Col(2));
+        nz->SetCoefficient(c);
+        return matrix.AddNonZeroObject(nz);
+    };
+    for (ILPEquation* e : rows) add(e, 1.0);
+    ILPNonZero* kept = add(rows[57], 4.0);
+    EXPECT_EQ(kept->GetCoefficient(), 5.0);
+    EXPECT_EQ(kept->GetEquationPtr(), rows[57]);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 100);
+    EXPECT_EQ(matrix.ExistIncidence(rows[57]->GetIndex(), 2), kept);
+    EXPECT_EQ(matrix.ExistIncidence(1, 2), nullptr);
+    // A trashed entry no longer absorbs duplicates, and the new entry survives
+    // the emptying of the trash.
+    matrix.TrashNonZero(kept);
+    ILPNonZero* fresh = add(rows[57], 2.0);
+    EXPECT_NE(fresh, kept);
+    matrix.EmptyNonZeroTrash();
+    EXPECT_EQ(matrix.ExistIncidence(rows[57]->GetIndex(), 2), fresh);
+    EXPECT_EQ(fresh->GetCoefficient(), 2.0);
+    EXPECT_EQ(matrix.NonZerosInColumn(2), 100);
+    ExpectIndicesConsecutive();
+}
+
+TEST_F(MatrixTest, WalksInEveryOrder) {
+    // Entered column by column, as an MPS COLUMNS section does.
+    Add(2, 1, 1);
+    Add(1, 1, 2);
+    Add(1, 3, 3);
+    Add(2, 3, 4);
+    Add(1, 2, 5);
+    Strings inserted;
+    for (ILPNonZero* nz = matrix.FrstNonZeroObject(); nz; nz = matrix.NextNonZeroObject())
+        inserted.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
+    EXPECT_EQ(inserted, (Strings{"R2C1", "R1C1", "R1C3", "R2C3", "R1C2"}));
+    Strings byRow;
+    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByRow(); nz; nz = matrix.NextNonZeroObjectByRow())
+        byRow.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
+    EXPECT_EQ(byRow, (Strings{"R1C1", "R1C3", "R1C2", "R2C1", "R2C3"}));
+    Strings byCol;
+    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByColumn(); nz; nz = matrix.NextNonZeroObjectByColumn())
+        byCol.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
+    EXPECT_EQ(byCol, (Strings{"R2C1", "R1C1", "R1C2", "R1C3", "R2C3"}));
+    EXPECT_EQ(RowWalk(1), (Strings{"C1", "C3", "C2"}));
+    EXPECT_EQ(ColWalk(3), (Strings{"R1", "R2"}));
+    EXPECT_EQ(RowWalk(4), Strings{});   // row without entries
+    EXPECT_EQ(RowWalk(-1), Strings{});
+    EXPECT_EQ(RowWalk(99), Strings{});
+    EXPECT_EQ(ColWalk(42), Strings{});
+    EXPECT_EQ(matrix.NextNonZeroObjectByRow(), nullptr);  // ended walks stay ended
+    EXPECT_EQ(matrix.RowNextNonZeroObject(), nullptr);
+    EXPECT_EQ(matrix.ExistIncidence(2, 3)->GetCoefficient(), 4);
+    EXPECT_EQ(matrix.ExistIncidence(2, 2), nullptr);
+}
+
+TEST_F(MatrixTest, AddingDuringARowWalkIsSafe) {
+    Add(1, 1, 1);
+    Add(1, 2, 1);
+    Strings seen;
+    int added = 3;
+    for (ILPNonZero* nz = matrix.RowFrstNonZeroObject(1); nz; nz = matrix.RowNextNonZeroObject()) {
+        seen.push_back(nz->GetVariablePtr()->GetName());
+        // Grow the row while walking it: its storage may move.
+        if (added <= 8) Add(1, added++, 1);
+    }
+    EXPECT_EQ(seen.size(), 8u);
+    EXPECT_EQ(matrix.NonZerosInRow(1), 8);
+}
+
+TEST_F(MatrixTest, RemoveNonZeroRenumbers) {
+    ILPNonZero* a = Add(1, 1, 1);
+    ILPNonZero* b = Add(1, 2, 2);
+    ILPNonZero* c = Add(2, 2, 3);
+    matrix.RemoveNonZero(b);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 2);
+    EXPECT_EQ(a->GetIndex(), 1);
+    EXPECT_EQ(c->GetIndex(), 2);
+    EXPECT_EQ(RowWalk(1), Strings{"C1"});
+    EXPECT_EQ(ColWalk(2), Strings{"R2"});
+    EXPECT_EQ(matrix.ExistIncidence(1, 2), nullptr);
+}
+
+TEST_F(MatrixTest, NonlinearEntriesAreRefusedAndNothingChanges) {
+    ILPNonZero* nz = Add(3, 4, 1.0);
+    Add(3, 5, 1.0);
+    nz->IncrNonlinear();
+    auto expectRefused = [&](auto op, const char* routine) {
+        try {
+            op();
+            ADD_FAILURE() << "no exception from " << routine;
+        } catch (const ZEM_Exception& e) {
+            EXPECT_EQ(e.Name(), "NonLinear Matrix Edit Error - Can't Remove NonLinear NonZeros");
+            EXPECT_EQ(e.Reason(), "NonZero : R3 : C4");
+            EXPECT_EQ(e.Routine(), routine);
+        }
+    };
+    expectRefused([&] { matrix.TrashNonZero(nz); }, "LPMatrix::TrasnNonZero");
+    expectRefused([&] { matrix.RemoveNonZero(nz); }, "LPMatrix::RemoveNonZero");
+    expectRefused([&] { matrix.EliminateVariable(Col(4)); }, "LPMatrix::EliminateVariable");
+    expectRefused([&] { matrix.TrashEquation(Row(3)); }, "LPMatrix::TrashEquation");
+    matrix.EmptyNonZeroTrash();
+    EXPECT_EQ(nz->GetIndex(), 1);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 2);
+    EXPECT_EQ(matrix.NumberOfNonLinearNonZeros(), 1);
+    EXPECT_EQ(RowWalk(3), (Strings{"C4", "C5"}));
+
+    Row(3)->IncrNonlinear();
+    try {
+        matrix.EliminateEquation(Row(3));
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "NonLinear Matrix Edit Error - Can't Remove NonLinear Equation");
+        EXPECT_EQ(e.Reason(), "Equation : R3");
+        EXPECT_EQ(e.Routine(), "LPMatrix::EliminateEquation");
+    }
+    EXPECT_EQ(matrix.NonZerosInRow(3), 2);
+}
+
+TEST_F(MatrixTest, UnknownNonZeroCannotBeLocated) {
+    Add(1, 1, 1);
+    LPNonZero stray;
+    stray.SetEquationPtr(Row(1));
+    stray.SetVariablePtr(Col(2));
+    try {
+        matrix.RemoveNonZero(&stray);
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "Matrix Structure Error - Unable to Locate NonZero object");
+        EXPECT_EQ(e.Routine(), "LPMatrix::EraseByRowNonZero");
+        EXPECT_EQ(e.Reason(), "NonZero : R1 : C2");
+    }
+    stray.SetIndex(1);
+    EXPECT_THROW(matrix.TrashNonZero(&stray), ZEM_Exception);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
+}
+
+TEST_F(MatrixTest, TrashAndEliminateRemoveInOneBatch) {
+    for (int r = 1; r <= 6; ++r)
+        for (int c = 1; c <= 8; ++c) Add(r, c, r * 10 + c);
+    matrix.TrashVariable(Col(3));
+    matrix.TrashEquation(Row(2));
+    matrix.TrashNonZero(matrix.ExistIncidence(5, 5));
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 48);  // marked only
+    matrix.EmptyNonZeroTrash();
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 48 - 6 - 8 + 1 - 1);
+    ExpectIndicesConsecutive();
+    EXPECT_EQ(matrix.NonZerosInColumn(3), 0);
+    EXPECT_EQ(matrix.NonZerosInRow(2), 0);
+    EXPECT_EQ(matrix.NonZerosInRow(5), 6);
+    matrix.EliminateVariable(Col(8));
+    matrix.EliminateEquation(Row(6));
+    EXPECT_EQ(matrix.NonZerosInColumn(8), 0);
+    EXPECT_EQ(matrix.NonZerosInRow(6), 0);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 33 - 5 - 5);
+    ExpectIndicesConsecutive();
+    EXPECT_EQ(matrix.ExistIncidence(4, 7)->GetCoefficient(), 47);
+}
+
+TEST_F(MatrixTest, RenumberedListsReKeyRowsAndColumns) {
+    Add(1, 1, 11);
+    Add(3, 2, 32);
+    Add(5, 4, 54);
+    Add(6, 8, 68);
+    // Remove rows 2 and 4 and column 3 (no entries) through the lists.
+    eqns.TrashEquation(Row(2));
+    eqns.TrashEquation(Row(4));
+    eqns.EmptyTrash();
+    vars.RemoveVariable(Col(3));
+    EXPECT_EQ(matrix.ExistIncidence(2, 2)->GetCoefficient(), 32);  // R3 is row 2 now
+    EXPECT_EQ(matrix.ExistIncidence(3, 3)->GetCoefficient(), 54);  // R5 row 3, C4 column 3
+    EXPECT_EQ(matrix.ExistIncidence(4, 7)->GetCoefficient(), 68);
+    EXPECT_EQ(RowWalk(4), Strings{"C8"});
+    EXPECT_EQ(ColWalk(3), Strings{"R5"});
+    // Entries added after the renumbering land in the right lines.
+    ILPNonZero* nz = nullptr;
+    matrix.CreateNewNonZeroObject(&nz);
+    nz->SetEquationPtr(eqns.EqnNameLookup("R6"));
+    nz->SetVariablePtr(vars.VarNameLookup("C4"));
+    nz->SetCoefficient(64);
+    matrix.AddNonZeroObject(nz);
+    EXPECT_EQ(RowWalk(4), (Strings{"C8", "C4"}));
+    EXPECT_EQ(ColWalk(3), (Strings{"R5", "R6"}));
+}
+
+TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
+    LPEquation loose;
+    loose.SetIndex(40);
+    ILPNonZero* nz = nullptr;
+    matrix.CreateNewNonZeroObject(&nz);
+    nz->SetEquationPtr(&loose);
+    nz->SetVariablePtr(Col(1));
+    EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
+    nz->SetEquationPtr(nullptr);
+    EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
+    nz->Destroy();
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 0);
+}
+
+// Random edits checked against a plain map of (row name, column name) ->
+// coefficient.
+TEST_F(MatrixTest, RandomEditsMatchAReferenceModel) {
+    std::mt19937 rng(12345);
+    for (int i = 7; i <= 40; ++i) eqns.InsertEquation(("R" + std::to_string(i)).c_str());
+    for (int j = 9; j <= 60; ++j) vars.InsertVariable(("C" + std::to_string(j)).c_str());
+    std::map<std::pair<std::string, std::string>, double> ref;
+    std::vector<std::pair<std::string, std::string>> order;  // insertion order
+
+    auto check = [&] {
+        ASSERT_EQ(matrix.NumberOfNonZeros(), static_cast<int>(ref.size()));
+        std::vector<std::pair<std::string, std::string>> seen;
+        int idx = 1;
+        for (ILPNonZero* nz = matrix.FrstNonZeroObject(); nz; nz = matrix.NextNonZeroObject()) {
+            EXPECT_EQ(nz->GetIndex(), idx++);
+            seen.emplace_back(nz->GetEquationPtr()->GetName(), nz->GetVariablePtr()->GetName());
+        }
+        EXPECT_EQ(seen, order);
+        int total = 0;
+        for (int r = 1; r <= eqns.NumberOfEquations(); ++r) {
+            const std::string rn = Row(r)->GetName();
+            int n = 0;
+            for (ILPNonZero* nz = matrix.RowFrstNonZeroObject(r); nz; nz = matrix.RowNextNonZeroObject()) {
+                EXPECT_EQ(nz->GetEquationPtr(), Row(r));
+                const auto key = std::make_pair(rn, std::string(nz->GetVariablePtr()->GetName()));
+                ASSERT_TRUE(ref.count(key)) << key.first << " " << key.second;
+                EXPECT_EQ(nz->GetCoefficient(), ref[key]);
+                EXPECT_EQ(matrix.ExistIncidence(r, nz->GetVariableIdx()), nz);
+                ++n;
+            }
+            EXPECT_EQ(matrix.NonZerosInRow(r), n);
+            total += n;
+        }
+        EXPECT_EQ(total, static_cast<int>(ref.size()));
+        int colTotal = 0;
+        for (int c = 1; c <= vars.NumberOfVariables(); ++c) colTotal += matrix.NonZerosInColumn(c);
+        EXPECT_EQ(colTotal, static_cast<int>(ref.size()));
+    };
+    auto forget = [&](const std::pair<std::string, std::string>& key) {
+        ref.erase(key);
+        order.erase(std::find(order.begin(), order.end(), key));
+    };
+
+    for (int round = 0; round < 30; ++round) {
+        for (int k = 0; k < 60; ++k) {
+            const int r = 1 + static_cast<int>(rng() % eqns.NumberOfEquations());
+            const int c = 1 + static_cast<int>(rng() % vars.NumberOfVariables());
+            const double v = static_cast<double>(rng() % 7) + 1;
+            Add(r, c, v);
+            const auto key = std::make_pair(std::string(Row(r)->GetName()), std::string(Col(c)->GetName()));
+            if (!ref.count(key)) order.push_back(key);
+            ref[key] += v;
+        }
+        switch (round % 5) {
+            case 0: {  // remove single nonzeros
+                for (int k = 0; k < 5 && matrix.NumberOfNonZeros() > 0; ++k) {
+                    ILPNonZero* nz = matrix.FrstNonZeroObject();
+                    for (int s = static_cast<int>(rng() % matrix.NumberOfNonZeros()); s > 0; --s)
+                        nz = matrix.NextNonZeroObject();
+                    forget({nz->GetEquationPtr()->GetName(), nz->GetVariablePtr()->GetName()});
+                    matrix.RemoveNonZero(nz);
+                }
+                break;
+            }
+            case 1: {  // trash a few and empty the trash
+                std::vector<ILPNonZero*> picked;
+                for (ILPNonZero* nz = matrix.FrstNonZeroObject(); nz; nz = matrix.NextNonZeroObject())
+                    if (rng() % 4 == 0) picked.push_back(nz);
+                for (ILPNonZero* nz : picked) {
+                    forget({nz->GetEquationPtr()->GetName(), nz->GetVariablePtr()->GetName()});
+                    matrix.TrashNonZero(nz);
+                }
+                matrix.EmptyNonZeroTrash();
+                break;
+            }
+            case 2: {  // remove a column and its variable
+                ILPVariable* v = Col(1 + static_cast<int>(rng() % vars.NumberOfVariables()));
+                const std::string name = v->GetName();
+                for (auto it = ref.begin(); it != ref.end();) {
+                    if (it->first.second == name) {
+                        order.erase(std::find(order.begin(), order.end(), it->first));
+                        it = ref.erase(it);
+                    } else {
+                        ++it;
+                    }
+                }
+                matrix.EliminateVariable(v);
+                vars.RemoveVariable(v);
+                vars.InsertVariable(("N" + std::to_string(round)).c_str());
+                break;
+            }
+            case 3: {  // remove a row and its equation
+                ILPEquation* e = Row(1 + static_cast<int>(rng() % eqns.NumberOfEquations()));
+                const std::string name = e->GetName();
+                for (auto it = ref.begin(); it != ref.end();) {
+                    if (it->first.first == name) {
+                        order.erase(std::find(order.begin(), order.end(), it->first));
+                        it = ref.erase(it);
+                    } else {
+                        ++it;
+                    }
+                }
+                matrix.EliminateEquation(e);
+                eqns.RemoveEquation(e);
+                eqns.InsertEquation(("M" + std::to_string(round)).c_str());
+                break;
+            }
+            default:
+                matrix.ProcessMatrixCollection();
+                break;
+        }
+        check();
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_F(MatrixTest, Displays) {
+    Add(2, 1, 1.5);
+    ILPNonZero* nl = Add(1, 2, -2.0);
+    nl->IncrNonlinear();
+    nl->SetPartialDeriv(0.25);
+    std::ostringstream all, byRow, byCol;
+    matrix.Display(all);
+    EXPECT_EQ(all.str(),
+              "\nD I S P L A Y   O F   M A T R I X   N O N Z E R O S\n"
+              "- - - - - - -   - -   - - - - - -   - - - - - - - -\n\n"
+              "Nonzero [1] EqnIdx = 2 : VarIdx = 1 : Coeff = 1.5\n"
+              "Nonzero [2] EqnIdx = 1 : VarIdx = 2 : Coeff = -2 : Nonlinear\n");
+    matrix.DisplayByRow(byRow);
+    EXPECT_EQ(byRow.str(),
+              "\nD I S P L A Y   O F   M A T R I X   N O N Z E R O S   B Y   R O W\n"
+              "NonZero [      2] R1           : C2           : (-2.000e+00| 2.500e-01)\n"
+              "NonZero [      1] R2           : C1           :   1.5000e+00\n");
+    matrix.DisplayByColumn(byCol);
+    EXPECT_EQ(byCol.str(),
+              "\nD I S P L A Y   O F   M A T R I X   N O N Z E R O S   B Y   C O L U M N\n"
+              "NonZero [      1] R2           : C1           :   1.5000e+00|\n"
+              "NonZero [      2] R1           : C2           : (-2.000e+00| 2.5000e-01|)\n");
+}

@@ -1,0 +1,172 @@
+#include "lpdata/LPStdDataMgr.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMException.h"
+
+namespace {
+
+class DataMgrTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        CreateLPStdDataObject(&mgr);
+        ASSERT_NE(mgr, nullptr);
+        mgr->GetVariableCollectionIntf(&vars);
+        mgr->GetEquationCollectionIntf(&eqns);
+        mgr->GetMatrixIntf(&matrix);
+        mgr->GetSpOrdSetCollectionIntf(&sets);
+    }
+    void TearDown() override { mgr->Destroy(); }
+
+    ILPStdDataMgr* mgr = nullptr;
+    ILPVariableList* vars = nullptr;
+    ILPEquationList* eqns = nullptr;
+    ILPMatrix* matrix = nullptr;
+    ILPSpOrdSetList* sets = nullptr;
+};
+
+}  // namespace
+
+TEST_F(DataMgrTest, NewModelDefaults) {
+    std::string title;
+    mgr->GetModelTitle(title);
+    EXPECT_EQ(title, "ZEMMODEL");
+    int n = -1, m = -1, nz = -1;
+    mgr->ModelDimension(n, m, nz);
+    EXPECT_EQ(n, 0);
+    EXPECT_EQ(m, 0);
+    EXPECT_EQ(nz, 0);
+    EXPECT_TRUE(mgr->GetValuesInitialized());
+    EXPECT_FALSE(mgr->MatrixIncludesObjective());
+    mgr->IncludeObjectiveInMatrix();
+    EXPECT_TRUE(mgr->MatrixIncludesObjective());
+    ASSERT_NE(vars, nullptr);
+    ASSERT_NE(eqns, nullptr);
+    ASSERT_NE(matrix, nullptr);
+    ASSERT_NE(sets, nullptr);
+}
+
+TEST_F(DataMgrTest, InsertMatrixEntrySumsRepeats) {
+    eqns->InsertEquation("R1");
+    vars->InsertVariable("X1");
+    ILPNonZero* first = nullptr;
+    ILPNonZero* again = nullptr;
+    mgr->InsertMatrixEntry("R1", "X1", 2.0, &first);
+    mgr->InsertMatrixEntry("R1", "X1", -0.5, &again);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first, again);
+    EXPECT_EQ(first->GetCoefficient(), 1.5);
+    int n = 0, m = 0, nz = 0;
+    mgr->ModelDimension(n, m, nz);
+    EXPECT_EQ(nz, 1);
+}
+
+TEST_F(DataMgrTest, InsertMatrixEntryRefusesUnknownNames) {
+    eqns->InsertEquation("R1");
+    vars->InsertVariable("X1");
+    ILPNonZero* result = reinterpret_cast<ILPNonZero*>(this);
+    try {
+        mgr->InsertMatrixEntry("NOROW", "X1", 1.0, &result);
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "LPStdDataMgr Error");
+        EXPECT_EQ(e.Routine(), "LPStdDataMgr::InsertMatrixEntry");
+    }
+    EXPECT_EQ(result, nullptr);
+    EXPECT_THROW(mgr->InsertMatrixEntry("R1", "NOCOL", 1.0, &result), ZEM_Exception);
+    EXPECT_EQ(matrix->NumberOfNonZeros(), 0);
+}
+
+TEST_F(DataMgrTest, ProcessFullCollectionDropsEmptyRowsAndRenumbers) {
+    eqns->InsertEquation("OBJ")->SetType(ZEM_EQN_OBJECTIVE);  // no entries: removed too
+    eqns->InsertEquation("R1");
+    eqns->InsertEquation("EMPTY1");
+    eqns->InsertEquation("R2")->SetType(ZEM_EQN_LE);
+    eqns->InsertEquation("EMPTY2");
+    ILPVariable* x = vars->InsertVariable("X");
+    ILPVariable* y = vars->InsertVariable("Y");
+    vars->InsertVariable("Z");
+    y->SetVarType(ZEM_VAR_BINARY);
+    mgr->InsertMatrixEntry("R1", "X", 1, nullptr);
+    mgr->InsertMatrixEntry("R2", "X", 2, nullptr);
+    mgr->InsertMatrixEntry("R2", "Y", 3, nullptr);
+    mgr->ProcessFullCollection();
+
+    ASSERT_EQ(eqns->NumberOfEquations(), 2);
+    EXPECT_EQ(eqns->EqnNameLookup("OBJ"), nullptr);
+    EXPECT_EQ(eqns->EqnNameLookup("EMPTY1"), nullptr);
+    ILPEquation* r1 = eqns->EqnNameLookup("R1");
+    ILPEquation* r2 = eqns->EqnNameLookup("R2");
+    EXPECT_EQ(r1->GetIndex(), 1);
+    EXPECT_EQ(r2->GetIndex(), 2);
+    EXPECT_EQ(r1->GetNumberNZ(), 1);
+    EXPECT_EQ(r2->GetNumberNZ(), 2);
+    EXPECT_EQ(x->GetNumberNZ(), 2);
+    EXPECT_EQ(y->GetNumberNZ(), 1);
+    EXPECT_EQ(vars->VarNameLookup("Z")->GetNumberNZ(), 0);  // empty columns stay
+    // The matrix follows the renumbered rows.
+    EXPECT_EQ(matrix->ExistIncidence(2, 2)->GetCoefficient(), 3);
+    EXPECT_EQ(matrix->NonZerosInRow(1), 1);
+    EXPECT_EQ(eqns->EqnTypeCount(ZEM_EQN_LE), 1);
+    EXPECT_EQ(eqns->EqnTypeCount(ZEM_EQN_OBJECTIVE), 0);
+    EXPECT_EQ(vars->VarTypeCount(ZEM_VAR_BINARY), 1);
+    EXPECT_EQ(vars->VarTypeCount(ZEM_VAR_CONTINUOUS), 2);
+}
+
+TEST_F(DataMgrTest, RemoveEntitiesWithTheirNonzerosAndMemberships) {
+    eqns->InsertEquation("R1");
+    eqns->InsertEquation("R2");
+    vars->InsertVariable("X");
+    ILPVariable* y = vars->InsertVariable("Y");
+    mgr->InsertMatrixEntry("R1", "X", 1, nullptr);
+    mgr->InsertMatrixEntry("R2", "X", 2, nullptr);
+    mgr->InsertMatrixEntry("R2", "Y", 3, nullptr);
+    ILPSpOrdSet* set = nullptr;
+    sets->CreateNewSpOrdSetObject(&set);
+    set->SetName("S");
+    set->AddVariableObject(vars->VarNameLookup("X"));
+    set->AddVariableObject(y);
+    sets->AddSpOrdSetObject(set);
+
+    mgr->RemoveVariable("X");
+    EXPECT_EQ(vars->NumberOfVariables(), 1);
+    EXPECT_EQ(y->GetIndex(), 1);
+    EXPECT_EQ(matrix->NumberOfNonZeros(), 1);
+    EXPECT_EQ(set->GetSize(), 1);
+    EXPECT_EQ(set->FrstSetVar(), y);
+    EXPECT_EQ(matrix->ExistIncidence(2, 1)->GetCoefficient(), 3);
+
+    mgr->RemoveEquation("R1");
+    EXPECT_EQ(eqns->NumberOfEquations(), 1);
+    EXPECT_EQ(matrix->ExistIncidence(1, 1)->GetCoefficient(), 3);
+    mgr->RemoveEquation(eqns->EqnNameLookup("R2"));
+    EXPECT_EQ(matrix->NumberOfNonZeros(), 0);
+    mgr->RemoveVariable("NOSUCH");  // unknown names change nothing
+    mgr->RemoveEquation(static_cast<ILPEquation*>(nullptr));
+    EXPECT_EQ(vars->NumberOfVariables(), 1);
+}
+
+TEST_F(DataMgrTest, ModelFileOperationsAreRefusedHere) {
+    std::stringstream ss;
+    EXPECT_THROW(mgr->PersistAsStream(&ss), ZEM_Exception);
+    EXPECT_THROW(mgr->PersistAsFile("x.zem", 2020.1), ZEM_Exception);
+    EXPECT_THROW(mgr->RestoreFromStream(&ss), ZEM_Exception);
+    try {
+        mgr->RestoreFromFile("x.zem");
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "LPStdDataMgr Error");
+        EXPECT_EQ(e.Reason(), "Model file support is not linked in");
+    }
+    EXPECT_TRUE(ss.str().empty());
+}

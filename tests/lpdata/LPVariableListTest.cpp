@@ -1,0 +1,236 @@
+#include "lpdata/LPVariableList.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "lpdata/LPVariable.h"
+
+namespace {
+
+std::vector<std::string> NamesInOrder(LPVariableList& list) {
+    std::vector<std::string> out;
+    for (ILPVariable* v = list.FrstVariableObject(); v; v = list.NextVariableObject())
+        out.push_back(v->GetName());
+    return out;
+}
+
+void ExpectConsecutive(LPVariableList& list) {
+    int expected = 1;
+    for (ILPVariable* v = list.FrstVariableObject(); v; v = list.NextVariableObject())
+        EXPECT_EQ(v->GetIndex(), expected++) << v->GetName();
+    EXPECT_EQ(expected - 1, list.NumberOfVariables());
+}
+
+}  // namespace
+
+TEST(LPVariableList, InsertIsIdempotentByName) {
+    LPVariableList list;
+    ILPVariable* a = list.InsertVariable("X1");
+    ILPVariable* b = list.InsertVariable("X1");
+    EXPECT_EQ(a, b);
+    EXPECT_EQ(list.NumberOfVariables(), 1);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 1);
+    EXPECT_EQ(a->GetIndex(), 1);
+    EXPECT_STREQ(a->GetName(), "X1");
+    // Lookup is exact and case-sensitive.
+    EXPECT_EQ(list.VarNameLookup("X1"), a);
+    EXPECT_EQ(list.VarNameLookup("x1"), nullptr);
+    EXPECT_EQ(list.VarNameLookup("X1 "), nullptr);
+    EXPECT_EQ(list.VarNameLookup(nullptr), nullptr);
+}
+
+TEST(LPVariableList, RetrieveByIndex) {
+    LPVariableList list;
+    ILPVariable* out = reinterpret_cast<ILPVariable*>(&list);
+    list.RetrieveVariableObject(0, &out);
+    EXPECT_EQ(out, nullptr);  // empty list
+    ILPVariable* a = list.InsertVariable("A");
+    ILPVariable* b = list.InsertVariable("B");
+    ILPVariable* c = list.InsertVariable("C");
+    list.RetrieveVariableObject(0, &out);
+    EXPECT_EQ(out, a);  // the walk takes no step
+    list.RetrieveVariableObject(1, &out);
+    EXPECT_EQ(out, a);
+    list.RetrieveVariableObject(2, &out);
+    EXPECT_EQ(out, b);
+    list.RetrieveVariableObject(3, &out);
+    EXPECT_EQ(out, c);
+    list.RetrieveVariableObject(4, &out);
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST(LPVariableList, RemoveRenumbersAndForgetsName) {
+    LPVariableList list;
+    for (const char* n : {"A", "B", "C", "D"}) list.InsertVariable(n);
+    list.RemoveVariable(list.VarNameLookup("B"));
+    EXPECT_EQ(NamesInOrder(list), (std::vector<std::string>{"A", "C", "D"}));
+    ExpectConsecutive(list);
+    EXPECT_EQ(list.VarNameLookup("B"), nullptr);
+    EXPECT_EQ(list.VarNameLookup("D")->GetIndex(), 3);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 3);
+    // A variable that is not in the list is left alone.
+    LPVariable stranger;
+    list.RemoveVariable(&stranger);
+    list.RemoveVariable(nullptr);
+    EXPECT_EQ(list.NumberOfVariables(), 3);
+}
+
+TEST(LPVariableList, EmptyTrashRemovesBatchOnce) {
+    LPVariableList list;
+    for (int i = 1; i <= 10; ++i) list.InsertVariable(("V" + std::to_string(i)).c_str());
+    const uint64_t epoch = list.RenumberEpoch();
+    LPVariable stranger;
+    list.TrashVariable(list.VarNameLookup("V2"));
+    list.TrashVariable(list.VarNameLookup("V7"));
+    list.TrashVariable(list.VarNameLookup("V7"));  // twice: removed once
+    list.TrashVariable(&stranger);                   // not ours: ignored
+    list.TrashVariable(list.VarNameLookup("V10"));
+    EXPECT_EQ(list.NumberOfVariables(), 10);  // trashing alone removes nothing
+    list.EmptyTrash();
+    EXPECT_EQ(NamesInOrder(list),
+              (std::vector<std::string>{"V1", "V3", "V4", "V5", "V6", "V8", "V9"}));
+    ExpectConsecutive(list);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 7);
+    EXPECT_EQ(list.VarNameLookup("V7"), nullptr);
+    EXPECT_EQ(list.RenumberEpoch(), epoch + 1);
+    list.EmptyTrash();  // nothing left in the trash
+    EXPECT_EQ(list.NumberOfVariables(), 7);
+}
+
+TEST(LPVariableList, DuplicateNamesKeepTheFirstInTheIndex) {
+    LPVariableList list;
+    ILPVariable* first = list.InsertVariable("X");
+    ILPVariable* second = nullptr;
+    list.CreateNewVariableObject(&second);
+    second->SetName("X");
+    EXPECT_EQ(list.AddVariableObject(second), 2);
+    EXPECT_EQ(list.VarNameLookup("X"), first);
+    list.RemoveVariable(second);
+    EXPECT_EQ(list.VarNameLookup("X"), first);
+    EXPECT_EQ(list.NumberOfVariables(), 1);
+}
+
+TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
+    LPVariableList list;
+    ILPVariable* v = list.InsertVariable("OLD");
+    v->SetName("NEW");
+    EXPECT_EQ(list.VarNameLookup("OLD"), v);  // the index keeps the name it was added under
+    list.RemoveVariable(v);
+    EXPECT_EQ(list.VarNameLookup("OLD"), nullptr);  // no dangling entry
+    EXPECT_EQ(list.VarNameLookup("NEW"), nullptr);
+}
+
+TEST(LPVariableList, AddingTheSameObjectTwiceDoesNotDuplicateIt) {
+    LPVariableList list;
+    ILPVariable* v = list.InsertVariable("A");
+    EXPECT_EQ(list.AddVariableObject(v), 1);
+    EXPECT_EQ(list.NumberOfVariables(), 1);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 1);
+}
+
+TEST(LPVariableList, CursorsEndAndRestart) {
+    LPVariableList list;
+    EXPECT_EQ(list.FrstVariableObject(), nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    list.InsertVariable("A");
+    list.InsertVariable("B");
+    EXPECT_EQ(list.NextVariableObject(), nullptr);  // walk ended before B existed
+    EXPECT_STREQ(list.FrstVariableObject()->GetName(), "A");
+    EXPECT_STREQ(list.NextVariableObject()->GetName(), "B");
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    EXPECT_STREQ(list.FrstVariableObject()->GetName(), "A");
+}
+
+TEST(LPVariableList, ProcessCountsTypesAndComplementPairs) {
+    LPVariableList list;
+    ILPVariable* a = list.InsertVariable("A");
+    ILPVariable* b = list.InsertVariable("B");
+    ILPVariable* c = list.InsertVariable("C");
+    list.InsertVariable("D")->SetVarType(ZEM_VAR_BINARY);
+    b->SetVarType(ZEM_VAR_DISCRETE);
+    c->SetVarType(9);
+    a->SetComplementarityTarget(c);
+    c->SetComplementarityTarget(a);
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 0);  // only counted when processed
+    list.ProcessVariableCollection();
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 1);
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_BINARY), 1);
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_DISCRETE), 1);
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_SEMICONTINUOUS), 0);
+    EXPECT_EQ(list.VarTypeCount(9), 1);
+    EXPECT_EQ(list.NumberOfComplementPairs(), 2);
+    EXPECT_EQ(list.FrstComplementarityVar(), a);
+    EXPECT_EQ(list.NextComplementarityVar(), c);
+    EXPECT_EQ(list.NextComplementarityVar(), nullptr);
+    list.ProcessVariableCollection();  // processing twice does not double the counts
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 1);
+    EXPECT_EQ(list.NumberOfComplementPairs(), 2);
+}
+
+TEST(LPVariableList, ValueUpdates) {
+    LPVariableList list;
+    ILPVariable* a = list.InsertVariable("A");
+    ILPVariable* b = list.InsertVariable("B");
+    const double values[] = {3.0, -4.0};
+    list.UpdateValues(values);
+    EXPECT_EQ(a->GetVarValue(), 3.0);
+    EXPECT_EQ(b->GetVarValue(), -4.0);
+    list.UpdateBasePointValues();
+    list.UpdatePersistentValues(0);
+    a->SetVarValue(10);
+    list.UpdateValuesFromBasePoint();
+    EXPECT_EQ(a->GetVarValue(), 3.0);
+    EXPECT_EQ(b->GetPersistentValue(), -4.0);
+    b->SetVarValue(0);
+    list.UpdateValuesFromPersistentPoint();
+    EXPECT_EQ(b->GetVarValue(), -4.0);
+}
+
+TEST(LPVariableList, ClearElementsEmptiesEverything) {
+    LPVariableList list;
+    list.InsertVariable("A");
+    list.InsertVariable("B")->SetDiffed(true);
+    list.ProcessVariableCollection();
+    list.ClearElements();
+    EXPECT_EQ(list.NumberOfVariables(), 0);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 0);
+    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 0);
+    EXPECT_EQ(list.VarNameLookup("A"), nullptr);
+    EXPECT_EQ(list.InsertVariable("A")->GetIndex(), 1);
+}
+
+TEST(LPVariableList, Displays) {
+    LPVariableList list;
+    ILPVariable* a = list.InsertVariable("A");
+    list.InsertVariable("B")->SetVarType(ZEM_VAR_BINARY);
+    a->SetVarValue(2.5);
+    a->SetPersistentValue(1.0);
+    std::ostringstream os;
+    list.Display(os);
+    EXPECT_EQ(os.str(),
+              "\nD I S P L A Y   O F   M A T R I X   V A R I A B L E S\n"
+              "         1  Continuous\n"
+              "         1  Binary\n"
+              "         0  Discrete\n"
+              "         0  Semi-continuous\n"
+              "         0  Unknown\n"
+              "\n"
+              "Variable [1] : A\n Lower = 0, Value = 2.5, Upper = 1e+20\n"
+              " Type = Continuous, Status = Basic\n Matrix Nonzeros = 0\n"
+              " Number NonLinearities = 0\n\n"
+              "Variable [2] : B\n Lower = 0, Value = 1, Upper = 1e+20\n"
+              " Type = Binary, Status = Basic\n Matrix Nonzeros = 0\n"
+              " Number NonLinearities = 0\n\n");
+    std::ostringstream ps;
+    list.DisplayPersistedValues(ps);
+    EXPECT_EQ(ps.str(),
+              "\nP E R S I S T E D    P O I N T\n"
+              "N A M E           V A L U E        P V A L U E      D E L T A\n"
+              "-------------     ------------     ------------     ------------ \n"
+              "A                  2.5000e+00      1.0000e+00      1.5000e+00\n"
+              "B                  1.0000e+00      0.0000e+00      1.0000e+00\n");
+}
