@@ -81,4 +81,11 @@ int ConstantForm(char* buf, double value) {
     return SignedExp(buf, value, 6, false);
 }
 
+int ExactForm(char* buf, double value) {
+    if (!std::isfinite(value)) return std::snprintf(buf, kNumberBufSize, "%g", value);
+    const auto res = std::to_chars(buf, buf + kNumberBufSize - 1, value);
+    *res.ptr = '\0';
+    return static_cast<int>(res.ptr - buf);
+}
+
 }  // namespace xmpsnum

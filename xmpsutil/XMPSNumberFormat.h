@@ -1,7 +1,7 @@
 // Number texts of the extended MPS writer.
 //
 //   short form  (XLINEAR coefficients, RHS, RANGES):   0.123450E+01
-//   long form   (INITIAL values, bounds):              0.1234567890E+01
+//   long form   (INITIAL values):                      0.1234567890E+01
 //   constant form (NONLINEAR coefficients, constants):  1.234500e+00
 //
 // The short and long forms print ten times the value with "% 12.5E" or
@@ -23,6 +23,9 @@ constexpr int kNumberBufSize = 40;
 int ShortForm(char* buf, double value);
 int LongForm(char* buf, double value);
 int ConstantForm(char* buf, double value);
+// The shortest text that strtod reads back as exactly `value` ("250",
+// "0.1", "1e+20"); used where the format prescribes no form (bounds).
+int ExactForm(char* buf, double value);
 
 // printf("% .<precision>E") (or "e" when !upper) of a finite or non-finite
 // value, for precision 1 to 17. The building block of the forms above.

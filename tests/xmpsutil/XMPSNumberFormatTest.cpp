@@ -146,3 +146,21 @@ TEST(XMPSNumericLocaleGuard, GivesAPointInACommaLocale) {
     EXPECT_DOUBLE_EQ(std::strtod("2,5", nullptr), 2.5);
     std::setlocale(LC_NUMERIC, before.c_str());
 }
+
+TEST(XMPSNumberForms, ExactFormReadsBackExactly) {
+    std::mt19937_64 rng(99);
+    std::uniform_real_distribution<double> mant(-10.0, 10.0);
+    std::uniform_int_distribution<int> expo(-30, 30);
+    char b[kNumberBufSize];
+    for (int i = 0; i < 5000; ++i) {
+        const double v = mant(rng) * std::pow(10.0, expo(rng));
+        ExactForm(b, v);
+        ASSERT_EQ(std::strtod(b, nullptr), v) << b;
+    }
+    ExactForm(b, 250.0);
+    EXPECT_STREQ(b, "250");
+    ExactForm(b, -1e20);
+    EXPECT_STREQ(b, "-1e+20");
+    ExactForm(b, 0.999999);
+    EXPECT_STREQ(b, "0.999999");  // no snapping to 1
+}
