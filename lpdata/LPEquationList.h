@@ -23,10 +23,10 @@
 #include <cstdint>
 #include <map>
 
+#include "lpdata/ILPEquation.h"
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/LPEntityStore.h"
 
-class ILPEquation;
 
 class LPEquationList : public ILPEquationList {
 public:

@@ -25,10 +25,10 @@
 #include <cstdint>
 #include <map>
 
+#include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/LPEntityStore.h"
 
-class ILPVariable;
 
 class LPVariableList : public ILPVariableList {
 public:

@@ -42,9 +42,12 @@ bool XNonLinearitySimDistInterp::ArgSetup() {
     // Points sorted by boiling point; m_order remembers their arguments.
     m_order.resize(n);
     std::iota(m_order.begin(), m_order.end(), 0);
-    std::stable_sort(m_order.begin(), m_order.end(), [this](int32_t i, int32_t j) {
-        return ConstValue(3 + static_cast<size_t>(i), 0.0) <
-               ConstValue(3 + static_cast<size_t>(j), 0.0);
+    // Equal boiling points keep their argument order (sorted in place, no
+    // temporary buffer: this runs at every evaluation).
+    std::sort(m_order.begin(), m_order.end(), [this](int32_t i, int32_t j) {
+        const double bi = ConstValue(3 + static_cast<size_t>(i), 0.0);
+        const double bj = ConstValue(3 + static_cast<size_t>(j), 0.0);
+        return bi < bj || (bi == bj && i < j);
     });
     m_abscissas.resize(n);
     m_amounts.resize(n);

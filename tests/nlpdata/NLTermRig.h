@@ -8,9 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -21,42 +19,33 @@
 #include "nlpdata/INonLinearityFactory.h"
 
 struct TermDeleter {
-    void operator()(INonLinearity* t) const {
-        if (t) t->Destroy();
-    }
+    void operator()(INonLinearity* t) const { t->Destroy(); }
 };
 using TermPtr = std::unique_ptr<INonLinearity, TermDeleter>;
 
-// A term and its variables, for tests that probe values at chosen points.
+// A term and its variables, for probing values at chosen points.
 struct BuiltTerm {
     INonLinearity* term = nullptr;
     std::vector<LPVariable*> vars;
 
-    // Value with the first variable at x.
+    double Value() { return term->EvaluateTerm(); }
+    // Value and derivative with the first variable at x.
     double At(double x) {
         vars.at(0)->SetVarValue(x);
-        return term->EvaluateTerm();
+        return Value();
     }
-    // Derivative for the first variable at x.
     double DerivAt(double x);
-    double Value() { return term->EvaluateTerm(); }
 };
 
 class TermRig {
 public:
-    TermRig() {
-        m_row.SetIndex(1);
-        m_row.SetName("ROW");
-    }
+    TermRig() { m_row.SetIndex(1); }
 
-    // A variable named `name` at `value`, owned by the rig.
     LPVariable* Var(const std::string& name, double value) {
         m_vars.emplace_back(new LPVariable());
-        LPVariable* v = m_vars.back().get();
-        v->SetName(name.c_str());
-        v->SetIndex(static_cast<int>(m_vars.size()));
-        v->SetVarValue(value);
-        return v;
+        m_vars.back()->SetName(name.c_str());
+        m_vars.back()->SetVarValue(value);
+        return m_vars.back().get();
     }
 
     // A term of `keyword` from the library's factory.
@@ -69,27 +58,31 @@ public:
         return TermPtr(t);
     }
 
-    // Fills `t`: row, constants, then arguments, and gives it one entry per
+    // Gives `t` the row, the constants and the arguments, then one entry per
     // distinct argument, in distinct-argument order.
-    INonLinearity* Fill(INonLinearity* t, const std::vector<double>& constants,
-                        const std::vector<LPVariable*>& args) {
+    void Fill(INonLinearity* t, const std::vector<double>& constants,
+              const std::vector<LPVariable*>& args) {
         t->SetEquationPtr(&m_row);
         for (double c : constants) t->AddNLConstantObject(c);
         for (LPVariable* v : args) t->AddVariableObject(v);
-        Attach(t);
-        return t;
-    }
-
-    // One entry per distinct argument of `t`, stored in the term.
-    void Attach(INonLinearity* t) {
         for (ILPVariable* v = t->FrstUniqueVar(); v; v = t->NextUniqueVar()) {
             m_nonZeros.emplace_back(new LPNonZero());
-            LPNonZero* nz = m_nonZeros.back().get();
-            nz->SetEquationPtr(&m_row);
-            nz->SetVariablePtr(v);
-            nz->SetIndex(static_cast<int>(m_nonZeros.size()));
-            t->StoreNonZeroReference(nz);
+            m_nonZeros.back()->SetEquationPtr(&m_row);
+            m_nonZeros.back()->SetVariablePtr(v);
+            t->StoreNonZeroReference(m_nonZeros.back().get());
         }
+    }
+
+    // A term of `keyword` over new variables X0, X1, ... at `values`.
+    BuiltTerm Build(const char* keyword, const std::vector<double>& constants,
+                    const std::vector<double>& values) {
+        BuiltTerm b;
+        m_terms.push_back(Make(keyword));
+        b.term = m_terms.back().get();
+        for (size_t i = 0; i < values.size(); ++i)
+            b.vars.push_back(Var("X" + std::to_string(i), values[i]));
+        Fill(b.term, constants, b.vars);
+        return b;
     }
 
     // The derivatives TermJacobian() adds, one per distinct argument.
@@ -105,74 +98,48 @@ public:
         return out;
     }
 
-    // Central differences of EvaluateTerm, one per distinct argument.
-    static std::vector<double> FiniteDifferences(INonLinearity* t, double relStep = 1e-6) {
-        std::vector<double> out;
-        for (ILPVariable* v = t->FrstUniqueVar(); v; v = t->NextUniqueVar()) out.push_back(0.0);
-        std::vector<ILPVariable*> uv;
-        for (ILPVariable* v = t->FrstUniqueVar(); v; v = t->NextUniqueVar()) uv.push_back(v);
-        for (size_t i = 0; i < uv.size(); ++i) {
-            const double x = uv[i]->GetVarValue();
-            const double h = relStep * std::max(1.0, std::fabs(x));
-            uv[i]->SetVarValue(x + h);
-            const double up = t->EvaluateTerm();
-            uv[i]->SetVarValue(x - h);
-            const double down = t->EvaluateTerm();
-            uv[i]->SetVarValue(x);
-            out[i] = (up - down) / (2.0 * h);
-        }
-        return out;
-    }
-
-    // Expects TermJacobian to agree with central differences at the current
-    // point, within a relative tolerance scaled by the larger of the two.
-    static void ExpectDerivativesMatch(INonLinearity* t, double tol = 1e-5,
-                                       const std::string& where = "") {
-        const std::vector<double> analytic = Jacobian(t);
-        const std::vector<double> numeric = FiniteDifferences(t);
-        ASSERT_EQ(analytic.size(), numeric.size()) << where;
-        for (size_t i = 0; i < analytic.size(); ++i) {
-            const double scale = std::max({1.0, std::fabs(analytic[i]), std::fabs(numeric[i])});
-            EXPECT_NEAR(analytic[i], numeric[i], tol * scale)
-                << where << " argument " << i << " of " << t->GetNonLinearityID();
-        }
-    }
-
-    // True when the term is smooth at the current point along every distinct
-    // argument: one-sided differences agree, so no kink or branch switch
-    // lies within the difference step.
-    static bool SmoothAt(INonLinearity* t, double relStep = 1e-6) {
+    // Forward, backward and central differences of EvaluateTerm along each
+    // distinct argument.
+    struct Differences {
+        std::vector<double> forward, backward, central;
+    };
+    static Differences Differentiate(INonLinearity* t) {
+        Differences d;
         const double f0 = t->EvaluateTerm();
         std::vector<ILPVariable*> uv;
         for (ILPVariable* v = t->FrstUniqueVar(); v; v = t->NextUniqueVar()) uv.push_back(v);
         for (ILPVariable* v : uv) {
             const double x = v->GetVarValue();
-            const double h = relStep * std::max(1.0, std::fabs(x));
+            const double h = 1e-6 * std::max(1.0, std::fabs(x));
             v->SetVarValue(x + h);
-            const double fwd = (t->EvaluateTerm() - f0) / h;
+            const double up = t->EvaluateTerm();
             v->SetVarValue(x - h);
-            const double bwd = (f0 - t->EvaluateTerm()) / h;
+            const double down = t->EvaluateTerm();
             v->SetVarValue(x);
-            if (std::fabs(fwd - bwd) > 1e-3 * std::max({1.0, std::fabs(fwd), std::fabs(bwd)}))
-                return false;
+            d.forward.push_back((up - f0) / h);
+            d.backward.push_back((f0 - down) / h);
+            d.central.push_back((up - down) / (2.0 * h));
         }
+        return d;
+    }
+
+    static double Scale(double a, double b) { return std::max({1.0, std::fabs(a), std::fabs(b)}); }
+
+    // False when a kink or branch switch lies within the difference step
+    // (one-sided differences disagree); otherwise expects TermJacobian to
+    // agree with the central differences.
+    static bool CheckDerivativesIfSmooth(INonLinearity* t, const std::string& where) {
+        const Differences d = Differentiate(t);
+        for (size_t i = 0; i < d.forward.size(); ++i)
+            if (std::fabs(d.forward[i] - d.backward[i]) > 1e-3 * Scale(d.forward[i], d.backward[i]))
+                return false;
+        const std::vector<double> analytic = Jacobian(t);
+        EXPECT_EQ(analytic.size(), d.central.size()) << where;
+        for (size_t i = 0; i < analytic.size() && i < d.central.size(); ++i)
+            EXPECT_NEAR(analytic[i], d.central[i], 1e-5 * Scale(analytic[i], d.central[i]))
+                << where << ", argument " << i;
         return true;
     }
-
-    // A term of `keyword` over new variables X0, X1, ... at `values`, owned
-    // by the rig.
-    BuiltTerm Build(const char* keyword, const std::vector<double>& constants,
-                    const std::vector<double>& values) {
-        BuiltTerm b;
-        m_terms.push_back(Make(keyword));
-        b.term = m_terms.back().get();
-        for (size_t i = 0; i < values.size(); ++i)
-            b.vars.push_back(Var("X" + std::to_string(i), values[i]));
-        Fill(b.term, constants, b.vars);
-        return b;
-    }
-
-    LPEquation& Row() { return m_row; }
 
 private:
     LPEquation m_row;

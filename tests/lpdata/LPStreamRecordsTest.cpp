@@ -1,0 +1,598 @@
+// Binary records of the lists, the matrix, the set list and the collections:
+// layouts, version dispatch, round trips and damaged streams.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <random>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/LPEquationList.h"
+#include "lpdata/LPMatrix.h"
+#include "lpdata/LPSpOrdSet.h"
+#include "lpdata/LPVariableCollection.h"
+#include "lpdata/LPVariableList.h"
+#include "lpdata/ZEMBinaryIO.h"
+#include "lpdata/ZEMException.h"
+
+namespace {
+
+const unsigned char* Bytes(const std::string& s) { return reinterpret_cast<const unsigned char*>(s.data()); }
+
+// A read-only stream buffer that cannot seek, so readers cannot learn the
+// stream's size in advance.
+class NoSeekBuf : public std::streambuf {
+public:
+    explicit NoSeekBuf(std::string data) : m_data(std::move(data)) {
+        setg(&m_data[0], &m_data[0], &m_data[0] + m_data.size());
+    }
+
+private:
+    std::string m_data;
+};
+
+// Runs op and checks the exception's name, reason and routine.
+template <class Op>
+void ExpectError(Op op, const std::string& name, const std::string& reason, const std::string& routine) {
+    try {
+        op();
+        ADD_FAILURE() << "no exception, expected: " << reason;
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), name);
+        EXPECT_EQ(e.Reason(), reason);
+        EXPECT_EQ(e.Routine(), routine);
+    }
+}
+
+double R(std::mt19937& rng) { return std::uniform_real_distribution<double>(-1e6, 1e6)(rng); }
+
+void FillRandomVariables(LPVariableList& list, int n, std::mt19937& rng) {
+    for (int i = 0; i < n; ++i) {
+        ILPVariable* v = list.InsertVariable(("VAR_" + std::to_string(i) + std::string(rng() % 70, 'x')).c_str());
+        v->SetVarValue(R(rng));
+        v->SetBoundLower(R(rng));
+        v->SetBoundUpper(R(rng));
+        v->SetBaseValue(R(rng));
+        v->SetPersistentValue(R(rng));
+        v->SetTempBoundLower(R(rng));
+        v->SetStepBound(R(rng));
+        v->SetSampleBoundLower(R(rng));
+        v->SetSampleBoundUpper(R(rng));
+        v->SetVarType(static_cast<int16_t>(rng() % 5));
+        v->SetVarStatus(static_cast<int16_t>(rng() % 6));
+        v->SetNonlinear(static_cast<int>(rng() % 100) - 50);
+        v->SetVarShadowPrice(R(rng));
+    }
+}
+
+void FillRandomEquations(LPEquationList& list, int n, std::mt19937& rng) {
+    for (int i = 0; i < n; ++i) {
+        ILPEquation* e = list.InsertEquation(("EQN_" + std::to_string(i) + std::string(rng() % 70, 'y')).c_str());
+        e->SetType(static_cast<int16_t>(rng() % 6));
+        e->SetEqnValue(R(rng));
+        e->SetRHS(R(rng));
+        e->SetRange(R(rng));
+        e->SetBaseValue(R(rng));
+        e->SetShadowPrice(R(rng));
+        e->SetEqnScale(R(rng));
+    }
+}
+
+std::string Cut(const char* name) { return std::string(name).substr(0, 60); }
+
+}  // namespace
+
+TEST(ListRecords, VariableRecordLayout) {
+    LPVariableList list;
+    ILPVariable* v = list.InsertVariable("X1");
+    const double values[] = {1.5, -2, 3, 4, 5, 6, 7, 8, 9};
+    v->SetVarValue(values[0]);
+    v->SetBoundLower(values[1]);
+    v->SetBoundUpper(values[2]);
+    v->SetBaseValue(values[3]);
+    v->SetPersistentValue(values[4]);
+    v->SetTempBoundLower(values[5]);
+    v->SetStepBound(values[6]);
+    v->SetSampleBoundLower(values[7]);
+    v->SetSampleBoundUpper(values[8]);
+    v->SetVarType(3);
+    v->SetVarStatus(-5);
+    v->SetNonlinear(70000);
+    v->SetVarShadowPrice(-0.25);
+    std::ostringstream os;
+    list.StreamWrite4(&os);
+    const std::string s = os.str();
+    ASSERT_EQ(s.size(), 88u + 4u + 3u);
+    for (int i = 0; i < 9; ++i) EXPECT_EQ(zembin::getF64(Bytes(s) + 8 * i), values[i]) << i;
+    EXPECT_EQ(zembin::get16(Bytes(s) + 72), 3);
+    EXPECT_EQ(zembin::get16(Bytes(s) + 74), -5);
+    EXPECT_EQ(zembin::get32(Bytes(s) + 76), 70000);
+    EXPECT_EQ(zembin::getF64(Bytes(s) + 80), -0.25);
+    EXPECT_EQ(zembin::get32(Bytes(s) + 88), 3);
+    EXPECT_EQ(s.substr(92), std::string("X1\0", 3));
+}
+
+TEST(ListRecords, EquationRecordLayout) {
+    LPEquationList list;
+    ILPEquation* e = list.InsertEquation("ROW");
+    e->SetType(ZEM_EQN_GE);
+    e->SetEqnValue(1);
+    e->SetRHS(2);
+    e->SetRange(3);
+    e->SetBaseValue(4);
+    e->SetShadowPrice(5);
+    e->SetEqnScale(6);
+    std::ostringstream v5, v4;
+    list.StreamWrite5(&v5);
+    list.StreamWrite4(&v4);
+    const std::string s = v5.str();
+    ASSERT_EQ(s.size(), 56u + 4u + 4u);
+    EXPECT_EQ(v4.str().size(), 48u + 4u + 4u);
+    const double expected[] = {1, 2, 3, 4};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(zembin::getF64(Bytes(s) + 8 * i), expected[i]);
+    EXPECT_EQ(zembin::get16(Bytes(s) + 32), ZEM_EQN_GE);
+    EXPECT_EQ(zembin::getF64(Bytes(s) + 40), 5);
+    EXPECT_EQ(zembin::getF64(Bytes(s) + 48), 6);
+    EXPECT_EQ(v4.str().substr(0, 48), s.substr(0, 48));
+}
+
+TEST(ListRecords, VersionSelectsTheLayout) {
+    LPVariableList vars;
+    LPEquationList eqns;
+    vars.InsertVariable("V");
+    eqns.InsertEquation("E");
+    const struct {
+        double version;
+        size_t varRecord, eqnRecord;
+    } cases[] = {{1.05, 80, 40},   {2011.0, 80, 40}, {2011.1, 80, 40}, {2011.5, 80, 40},
+                 {2011.6, 88, 48}, {2017.5, 88, 48}, {2017.6, 88, 56}, {2020.1, 88, 56}};
+    for (const auto& c : cases) {
+        std::ostringstream vs, es;
+        vars.StreamWrite(&vs, c.version);
+        eqns.StreamWrite(&es, c.version);
+        EXPECT_EQ(vs.str().size(), c.varRecord + 4 + 2) << c.version;
+        EXPECT_EQ(es.str().size(), c.eqnRecord + 4 + 2) << c.version;
+    }
+}
+
+TEST(ListRecords, EmptyListsWriteNothing) {
+    LPVariableList vars;
+    LPEquationList eqns;
+    LPSpOrdSetList sets;
+    std::ostringstream os;
+    vars.StreamWrite(&os, 2020.1);
+    eqns.StreamWrite(&os, 2020.1);
+    sets.StreamWrite(&os);
+    EXPECT_TRUE(os.str().empty());
+    // And reading zero entities reads nothing and hands out an empty table.
+    std::istringstream is("unrelated");
+    ILPVariable** table = nullptr;
+    vars.StreamRead(0, &table, &is, 2020.1);
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table[0], nullptr);
+    delete[] table;
+    EXPECT_EQ(is.tellg(), 0);
+}
+
+TEST(ListRecords, LongNamesAreCutToSixtyCharacters) {
+    const std::string longName(70, 'N');
+    LPVariableList vars;
+    vars.InsertVariable(longName.c_str());
+    std::stringstream ss;
+    vars.StreamWrite4(&ss);
+    EXPECT_EQ(zembin::get32(Bytes(ss.str()) + 88), 61);
+    EXPECT_EQ(ss.str().substr(92), std::string(60, 'N') + std::string(1, '\0'));
+    LPVariableList back;
+    ILPVariable** table = nullptr;
+    back.StreamRead4(1, &table, &ss);
+    EXPECT_EQ(std::string(table[0]->GetName()), std::string(60, 'N'));
+    EXPECT_EQ(back.VarNameLookup(std::string(60, 'N').c_str()), table[0]);
+    delete[] table;
+}
+
+TEST(ListRecords, RandomVariableListsRoundTrip) {
+    std::mt19937 rng(7);
+    for (double version : {2000.0, 2011.3, 2020.1}) {
+        LPVariableList src;
+        FillRandomVariables(src, 300, rng);
+        std::stringstream ss;
+        src.StreamWrite(&ss, version);
+        LPVariableList dst;
+        dst.InsertVariable("ALREADY_THERE");
+        ILPVariable** table = nullptr;
+        dst.StreamRead(src.NumberOfVariables(), &table, &ss, version);
+        ASSERT_EQ(dst.NumberOfVariables(), 301);
+        EXPECT_EQ(ss.peek(), EOF);  // every byte consumed
+        int i = 0;
+        for (ILPVariable* a = src.FrstVariableObject(); a; a = src.NextVariableObject(), ++i) {
+            ILPVariable* b = table[i];
+            ASSERT_NE(b, nullptr);
+            EXPECT_EQ(b->GetIndex(), i + 2);
+            EXPECT_EQ(b->GetName(), Cut(a->GetName()));
+            EXPECT_EQ(b->GetVarValue(), a->GetVarValue());
+            EXPECT_EQ(b->GetBoundLower(), a->GetBoundLower());
+            EXPECT_EQ(b->GetBoundUpper(), a->GetBoundUpper());
+            EXPECT_EQ(b->GetBaseValue(), a->GetBaseValue());
+            EXPECT_EQ(b->GetPersistentValue(), a->GetPersistentValue());
+            EXPECT_EQ(b->GetTempBoundLower(), a->GetTempBoundLower());
+            EXPECT_EQ(b->GetStepBound(), a->GetStepBound());
+            EXPECT_EQ(b->GetSampleBoundLower(), a->GetSampleBoundLower());
+            EXPECT_EQ(b->GetSampleBoundUpper(), a->GetSampleBoundUpper());
+            EXPECT_EQ(b->GetVarType(), a->GetVarType());
+            EXPECT_EQ(b->GetVarStatus(), a->GetVarStatus());
+            EXPECT_EQ(b->GetNonlinear(), a->GetNonlinear());
+            EXPECT_EQ(b->GetVarShadowPrice(), version > 2011.5 ? a->GetVarShadowPrice() : 0.0);
+        }
+        EXPECT_EQ(table[300], nullptr);
+        delete[] table;
+    }
+}
+
+TEST(ListRecords, RandomEquationListsRoundTrip) {
+    std::mt19937 rng(11);
+    for (double version : {2011.2, 2016.0, 2020.1}) {
+        LPEquationList src;
+        FillRandomEquations(src, 300, rng);
+        std::stringstream ss;
+        src.StreamWrite(&ss, version);
+        LPEquationList dst;
+        ILPEquation** table = nullptr;
+        dst.StreamReadSafe(src.NumberOfEquations(), &table, &ss, version);
+        ASSERT_EQ(dst.NumberOfEquations(), 300);
+        int i = 0;
+        for (ILPEquation* a = src.FrstEquationObject(); a; a = src.NextEquationObject(), ++i) {
+            ILPEquation* b = table[i];
+            EXPECT_EQ(b->GetName(), Cut(a->GetName()));
+            EXPECT_EQ(b->GetType(), a->GetType());
+            EXPECT_EQ(b->GetEqnValue(), a->GetEqnValue());
+            EXPECT_EQ(b->GetRHS(), a->GetRHS());
+            EXPECT_EQ(b->GetRange(), a->GetRange());
+            EXPECT_EQ(b->GetBaseValue(), a->GetBaseValue());
+            if (a->GetType() == ZEM_EQN_LE || a->GetType() == ZEM_EQN_GE) {
+                EXPECT_EQ(b->GetRHSLo(), a->GetRHSLo());
+                EXPECT_EQ(b->GetRHSUp(), a->GetRHSUp());
+            }
+            EXPECT_EQ(b->GetShadowPrice(), version > 2011.5 ? a->GetShadowPrice() : 0.0);
+            EXPECT_EQ(b->GetEqnScale(), version > 2017.5 ? a->GetEqnScale() : 1.0);
+        }
+        delete[] table;
+    }
+}
+
+TEST(ListRecords, DamagedVariableStreamsThrowAndAddNothing) {
+    LPVariableList src;
+    for (const char* n : {"A", "BB", "CCC"}) src.InsertVariable(n);
+    std::ostringstream os;
+    src.StreamWrite4(&os);
+    const std::string good = os.str();  // 3 * 88 records, count 9, names
+    const std::string kName = "LPStdDataMgr Error";
+    auto read = [](const std::string& bytes, int n) {
+        LPVariableList dst;
+        std::istringstream is(bytes);
+        ILPVariable** table = nullptr;
+        try {
+            dst.StreamRead4(n, &table, &is);
+        } catch (...) {
+            EXPECT_EQ(dst.NumberOfVariables(), 0);
+            EXPECT_EQ(table, nullptr);
+            throw;
+        }
+        delete[] table;
+    };
+    const std::string listError = "Error during read of Variable List from binary file";
+    ExpectError([&] { read(good.substr(0, 200), 3); }, kName, listError, "LPVariableList::StreamRead");
+    ExpectError([&] { read(good, 4); }, kName, listError, "LPVariableList::StreamRead");
+    ExpectError([&] { read(good, -1); }, kName, listError, "LPVariableList::StreamRead");
+    ExpectError([&] { read(good, INT_MAX); }, kName, listError, "LPVariableList::StreamRead");
+    ExpectError([&] { read(good.substr(0, 264 + 2), 3); }, kName,
+                "Error during read of Variable name count from binary file", "LPVariableList::StreamRead4");
+    std::string zeroCount = good;
+    zembin::put32(reinterpret_cast<unsigned char*>(&zeroCount[264]), 0);
+    ExpectError([&] { read(zeroCount, 3); }, kName,
+                "Error during read of Variable name count from binary file", "LPVariableList::StreamRead4");
+    ExpectError([&] { read(good.substr(0, good.size() - 1), 3); }, kName,
+                "Error during read of Variable names from binary file", "LPVariableList::StreamRead4");
+    std::string hugeCount = good;
+    zembin::put32(reinterpret_cast<unsigned char*>(&hugeCount[264]), INT_MAX);
+    ExpectError([&] { read(hugeCount, 3); }, kName, "Error during read of Variable names from binary file",
+                "LPVariableList::StreamRead4");
+}
+
+TEST(ListRecords, DamagedEquationStreamsNameTheirRoutines) {
+    LPEquationList src;
+    src.InsertEquation("E");
+    std::ostringstream os;
+    src.StreamWrite5(&os);
+    const std::string good = os.str();
+    auto read5 = [&](const std::string& bytes) {
+        LPEquationList dst;
+        std::istringstream is(bytes);
+        dst.StreamRead(1, nullptr, &is, 2020.1);
+    };
+    ExpectError([&] { read5(good.substr(0, 50)); }, "LPStdDataMgr Error",
+                "Error during read of Equation List from binary file", "LPEquationList::StreamRead");
+    ExpectError([&] { read5(good.substr(0, 56)); }, "LPStdDataMgr Error",
+                "Error during read of Equation name count from binary file", "LPEquationList::StreamRead5");
+    ExpectError([&] { read5(good.substr(0, 61)); }, "LPStdDataMgr Error",
+                "Error during read of Equation names from binary file", "LPEquationList::StreamRead5");
+    std::ostringstream v4;
+    src.StreamWrite4(&v4);
+    LPEquationList dst;
+    std::istringstream is(v4.str().substr(0, 48));
+    ExpectError([&] { dst.StreamRead(1, nullptr, &is, 2016.0); }, "LPStdDataMgr Error",
+                "Error during read of Equation name count from binary file", "LPEquationList::StreamRead4");
+}
+
+TEST(ListRecords, UnseekableStreamWithAHugeCountFailsWithoutAllocatingForIt) {
+    LPVariableList src;
+    src.InsertVariable("A");
+    std::ostringstream os;
+    src.StreamWrite4(&os);
+    NoSeekBuf buf(os.str());
+    std::istream is(&buf);
+    LPVariableList dst;
+    ExpectError([&] { dst.StreamRead4(INT_MAX, nullptr, &is); }, "LPStdDataMgr Error",
+                "Error during read of Variable List from binary file", "LPVariableList::StreamRead");
+    EXPECT_EQ(dst.NumberOfVariables(), 0);
+}
+
+TEST(ListRecords, ShortNameBlockAddsOnlyTheNamedEntities) {
+    LPVariableList src;
+    src.InsertVariable("A");
+    src.InsertVariable("B");
+    std::ostringstream os;
+    src.StreamWrite4(&os);
+    std::string bytes = os.str().substr(0, 2 * 88);
+    bytes += std::string("\x02\x00\x00\x00", 4) + std::string("A\0", 2);
+    LPVariableList dst;
+    std::istringstream is(bytes);
+    ILPVariable** table = nullptr;
+    dst.StreamRead4(2, &table, &is);
+    EXPECT_EQ(dst.NumberOfVariables(), 1);
+    EXPECT_STREQ(table[0]->GetName(), "A");
+    EXPECT_EQ(table[1], nullptr);
+    delete[] table;
+}
+
+TEST(ListRecords, SafeAppendRefusesOldVariableFormats) {
+    LPVariableList dst;
+    std::istringstream is("");
+    ExpectError([&] { dst.StreamReadSafe(0, nullptr, &is, 1.05); }, "LPVariableList Error",
+                "Older formats not supported for SafeAppend from binary stream",
+                "LPVariableList::StreamReadSafe");
+    ILPVariable** table = nullptr;
+    dst.StreamReadSafe(0, &table, &is, 1.06);
+    delete[] table;
+}
+
+// ---- matrix, sets and collections against the list tables ---------------------
+
+namespace {
+
+struct Model {
+    LPVariableList vars;
+    LPEquationList eqns;
+    LPMatrix matrix{&vars, &eqns};
+    LPSpOrdSetList sets;
+};
+
+ILPNonZero* AddEntry(Model& m, ILPEquation* e, ILPVariable* v, double c) {
+    ILPNonZero* nz = nullptr;
+    m.matrix.CreateNewNonZeroObject(&nz);
+    nz->SetEquationPtr(e);
+    nz->SetVariablePtr(v);
+    nz->SetCoefficient(c);
+    return m.matrix.AddNonZeroObject(nz);
+}
+
+}  // namespace
+
+TEST(ModelRecords, RandomModelRoundTrips) {
+    std::mt19937 rng(3);
+    Model src;
+    FillRandomVariables(src.vars, 120, rng);
+    FillRandomEquations(src.eqns, 40, rng);
+    std::vector<ILPVariable*> vs;
+    std::vector<ILPEquation*> es;
+    for (ILPVariable* v = src.vars.FrstVariableObject(); v; v = src.vars.NextVariableObject()) vs.push_back(v);
+    for (ILPEquation* e = src.eqns.FrstEquationObject(); e; e = src.eqns.NextEquationObject()) es.push_back(e);
+    for (int k = 0; k < 900; ++k) AddEntry(src, es[rng() % es.size()], vs[rng() % vs.size()], R(rng));
+    for (int s = 0; s < 7; ++s) {
+        ILPSpOrdSet* set = nullptr;
+        src.sets.CreateNewSpOrdSetObject(&set);
+        set->SetName(("SET" + std::to_string(s) + std::string(rng() % 80, 's')).c_str());
+        set->SetType(static_cast<int16_t>(1 + rng() % 7));
+        for (int k = static_cast<int>(rng() % 20); k > 0; --k) set->AddVariableObject(vs[rng() % vs.size()]);
+        src.sets.AddSpOrdSetObject(set);
+    }
+    LPVariableCollection col;
+    col.SetName("OUTPUTS");
+    col.SetDirection(-1);
+    col.SetType(4);
+    for (int k = 0; k < 30; ++k) col.AddVariableObject(vs[rng() % vs.size()]);
+
+    std::stringstream ss;
+    src.vars.StreamWrite(&ss, 2020.1);
+    src.eqns.StreamWrite(&ss, 2020.1);
+    src.matrix.StreamWrite(&ss);
+    src.sets.StreamWrite(&ss);
+    col.StreamWrite(&ss);
+
+    Model dst;
+    ILPVariable** vt = nullptr;
+    ILPEquation** et = nullptr;
+    ILPNonZero** nt = nullptr;
+    ILPSpOrdSet** st = nullptr;
+    dst.vars.StreamRead(src.vars.NumberOfVariables(), &vt, &ss, 2020.1);
+    dst.eqns.StreamRead(src.eqns.NumberOfEquations(), &et, &ss, 2020.1);
+    dst.matrix.StreamRead(src.matrix.NumberOfNonZeros(), &nt, vt, et, &ss);
+    dst.sets.StreamRead(src.sets.NumberOfSpOrdSets(), src.sets.TotalSOSVars(), &st, vt, &ss);
+    LPVariableCollection back;
+    back.StreamRead(vt, &ss);
+    EXPECT_EQ(ss.peek(), EOF);
+
+    ASSERT_EQ(dst.matrix.NumberOfNonZeros(), src.matrix.NumberOfNonZeros());
+    EXPECT_EQ(dst.matrix.NumberOfPersistedNonZeros(), src.matrix.NumberOfNonZeros());
+    ILPNonZero* b = dst.matrix.FrstNonZeroObject();
+    int i = 0;
+    for (ILPNonZero* a = src.matrix.FrstNonZeroObject(); a; a = src.matrix.NextNonZeroObject(), ++i) {
+        ASSERT_NE(b, nullptr);
+        EXPECT_EQ(nt[i], b);
+        EXPECT_EQ(b->GetEquationIdx(), a->GetEquationIdx());
+        EXPECT_EQ(b->GetVariableIdx(), a->GetVariableIdx());
+        EXPECT_EQ(b->GetCoefficient(), a->GetCoefficient());
+        EXPECT_EQ(dst.matrix.ExistIncidence(a->GetEquationIdx(), a->GetVariableIdx()), b);
+        b = dst.matrix.NextNonZeroObject();
+    }
+    for (int r = 1; r <= 40; ++r) EXPECT_EQ(dst.matrix.NonZerosInRow(r), src.matrix.NonZerosInRow(r));
+
+    ASSERT_EQ(dst.sets.NumberOfSpOrdSets(), 7);
+    EXPECT_EQ(dst.sets.TotalSOSVars(), src.sets.TotalSOSVars());
+    for (ILPSpOrdSet *a = src.sets.FrstSpOrdSetObject(), *c = dst.sets.FrstSpOrdSetObject(); a;
+         a = src.sets.NextSpOrdSetObject(), c = dst.sets.NextSpOrdSetObject()) {
+        ASSERT_NE(c, nullptr);
+        EXPECT_EQ(c->GetName(), Cut(a->GetName()));
+        EXPECT_EQ(c->GetType(), a->GetType());
+        ASSERT_EQ(c->GetSize(), a->GetSize());
+        for (ILPVariable *x = a->FrstSetVar(), *y = c->FrstSetVar(); x; x = a->NextSetVar(), y = c->NextSetVar())
+            EXPECT_EQ(y->GetIndex(), x->GetIndex());
+    }
+    EXPECT_STREQ(back.Name(), "OUTPUTS");
+    EXPECT_EQ(back.GetDirection(), -1);
+    EXPECT_EQ(back.GetType(), 4);
+    ASSERT_EQ(back.CollectionSize(), col.CollectionSize());
+    for (ILPVariable *x = col.FrstVariableObject(), *y = back.FrstVariableObject(); x;
+         x = col.NextVariableObject(), y = back.NextVariableObject())
+        EXPECT_EQ(y->GetIndex(), x->GetIndex());
+    delete[] vt;
+    delete[] et;
+    delete[] nt;
+    delete[] st;
+}
+
+TEST(ModelRecords, NonzerosOfBlockRowsAreNotWritten) {
+    Model m;
+    ILPVariable* x = m.vars.InsertVariable("X");
+    ILPEquation* r1 = m.eqns.InsertEquation("R1");
+    ILPEquation* blk = m.eqns.InsertEquation("BLK");
+    blk->SetBlkMember(2);
+    AddEntry(m, r1, x, 1);
+    AddEntry(m, blk, x, 2);
+    std::ostringstream os;
+    m.matrix.StreamWrite(&os);
+    ASSERT_EQ(os.str().size(), 16u);
+    EXPECT_EQ(zembin::get32(Bytes(os.str())), 1);
+    EXPECT_EQ(zembin::get32(Bytes(os.str()) + 4), 1);
+    EXPECT_EQ(zembin::getF64(Bytes(os.str()) + 8), 1.0);
+}
+
+TEST(ModelRecords, DamagedNonzeroStreams) {
+    Model m;
+    ILPVariable* vars[] = {m.vars.InsertVariable("X"), nullptr};
+    ILPEquation* eqns[] = {m.eqns.InsertEquation("R"), nullptr};
+    auto record = [](int32_t v, int32_t e) {
+        unsigned char rec[16] = {};
+        zembin::put32(rec, v);
+        zembin::put32(rec + 4, e);
+        zembin::putF64(rec + 8, 1.0);
+        return std::string(reinterpret_cast<char*>(rec), 16);
+    };
+    const std::string error = "Error during read of NonZero List from binary file";
+    auto read = [&](const std::string& bytes, int n) {
+        std::istringstream is(bytes);
+        m.matrix.StreamRead(n, nullptr, vars, eqns, &is);
+    };
+    ExpectError([&] { read(record(1, 1).substr(0, 10), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
+    ExpectError([&] { read(record(2, 1), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
+    ExpectError([&] { read(record(1, 0), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
+    ExpectError([&] { read(record(-7, 1), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
+    ExpectError([&] { read(record(1, 1), INT_MAX); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
+    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
+    read(record(1, 1) + record(1, 1), 2);  // duplicate records are stored as read
+    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 2);
+}
+
+TEST(ModelRecords, DamagedSetStreams) {
+    Model m;
+    ILPVariable* vars[] = {m.vars.InsertVariable("X"), m.vars.InsertVariable("Y"), nullptr};
+    LPSpOrdSetList src;
+    ILPSpOrdSet* s = nullptr;
+    src.CreateNewSpOrdSetObject(&s);
+    s->SetName("S");
+    s->AddVariableObject(vars[0]);
+    s->AddVariableObject(vars[1]);
+    src.AddSpOrdSetObject(s);
+    std::ostringstream os;
+    src.StreamWrite(&os);
+    const std::string good = os.str();
+    ASSERT_EQ(good.size(), 68u + 8u);
+    const std::string error = "Error during read of SpOrdSet List from binary file";
+    auto read = [&](const std::string& bytes, int nSets, int nMembers) {
+        std::istringstream is(bytes);
+        m.sets.StreamRead(nSets, nMembers, nullptr, vars, &is);
+    };
+    ExpectError([&] { read(good.substr(0, 60), 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    ExpectError([&] { read(good.substr(0, 72), 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    ExpectError([&] { read(good, 1, 3); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    ExpectError([&] { read(good, INT_MAX, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    std::string badIndex = good;
+    zembin::put32(reinterpret_cast<unsigned char*>(&badIndex[72]), 3);
+    ExpectError([&] { read(badIndex, 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    std::string negative = good;
+    zembin::put32(reinterpret_cast<unsigned char*>(&negative[64]), -1);
+    ExpectError([&] { read(negative, 1, -1); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    EXPECT_EQ(m.sets.NumberOfSpOrdSets(), 0);
+
+    read(good, 1, 2);
+    EXPECT_EQ(m.sets.NumberOfSpOrdSets(), 1);
+    std::istringstream again(good);
+    ExpectError([&] { m.sets.StreamReadSafe(1, 2, nullptr, vars, &again); }, "LPStdDataMgr Error",
+                "Error Safe Append - SOS of same name already exists", "LPSpOrdSetList::StreamReadSafe");
+    EXPECT_EQ(m.sets.NumberOfSpOrdSets(), 1);
+}
+
+TEST(ModelRecords, CollectionRecordLayoutAndDamage) {
+    LPVariableList list;
+    ILPVariable* vars[] = {list.InsertVariable("X"), list.InsertVariable("Y"), nullptr};
+    LPVariableCollection col;
+    col.SetName(std::string(75, 'C').c_str());
+    col.SetDirection(1);
+    col.SetType(-3);
+    col.AddVariableObject(vars[1]);
+    std::ostringstream os;
+    col.StreamWrite(&os);
+    const std::string good = os.str();
+    ASSERT_EQ(good.size(), 76u);
+    EXPECT_EQ(zembin::getName(Bytes(good), 61), std::string(60, 'C'));
+    EXPECT_EQ(zembin::get32(Bytes(good) + 64), 1);
+    EXPECT_EQ(zembin::get16(Bytes(good) + 68), 1);
+    EXPECT_EQ(zembin::get16(Bytes(good) + 70), -3);
+    EXPECT_EQ(zembin::get32(Bytes(good) + 72), 2);
+
+    const std::string error = "Error during read of Variable Collection from binary file";
+    auto read = [&](const std::string& bytes) {
+        LPVariableCollection back;
+        std::istringstream is(bytes);
+        back.StreamRead(vars, &is);
+    };
+    const std::string kName = "LPVariableCollection Error";
+    const std::string kRoutine = "LPVariableCollection::StreamRead";
+    ExpectError([&] { read(good.substr(0, 71)); }, kName, error, kRoutine);
+    ExpectError([&] { read(good.substr(0, 74)); }, kName, error, kRoutine);
+    std::string badIndex = good;
+    zembin::put32(reinterpret_cast<unsigned char*>(&badIndex[72]), 5);
+    ExpectError([&] { read(badIndex); }, kName, error, kRoutine);
+    std::string hugeCount = good;
+    zembin::put32(reinterpret_cast<unsigned char*>(&hugeCount[64]), INT_MAX);
+    ExpectError([&] { read(hugeCount); }, kName, error, kRoutine);
+    NoSeekBuf buf(hugeCount);
+    std::istream noSeek(&buf);
+    LPVariableCollection back;
+    back.AddVariableObject(vars[0]);
+    ExpectError([&] { back.StreamRead(vars, &noSeek); }, kName, error, kRoutine);
+    EXPECT_EQ(back.CollectionSize(), 1);  // a failed read leaves the collection as it was
+    EXPECT_STREQ(back.Name(), "UNNAMED");
+}

@@ -1,0 +1,412 @@
+// Tests of the nonlinear model's pool: adding terms, their matrix entries,
+// walks, removal and trash.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "lpdata/ZEMException.h"
+#include "nlpdata/INonLinearBlockList.h"
+#include "nlpdata/INonLinearityFactory.h"
+#include "nlpdata/NLTypeCodes.h"
+#include "tests/nlpdata/NonLinearModelRig.h"
+
+namespace {
+
+class NonLinearModelAdd : public ::testing::Test {
+protected:
+    ModelRig m;
+};
+
+TEST_F(NonLinearModelAdd, TermOverNewVariableMakesAZeroEntryAndReusesIt) {
+    ILPEquation* r = m.Row("R1");
+    ILPVariable* x = m.Var("X");
+    ILPVariable* y = m.Var("Y");
+    m.Coef(r, y, 4.0);
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 1);
+
+    INonLinearity* t1 = m.Term("XPROD", r, {2.0}, {x, y});
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 2);
+    ILPNonZero* nx = m.matrix->ExistIncidence(r->GetIndex(), x->GetIndex());
+    ILPNonZero* ny = m.matrix->ExistIncidence(r->GetIndex(), y->GetIndex());
+    ASSERT_NE(nx, nullptr);
+    EXPECT_EQ(nx->GetCoefficient(), 0.0);
+    EXPECT_EQ(ny->GetCoefficient(), 4.0);  // the linear entry is reused as it is
+    EXPECT_EQ(t1->FrstNZ(), nx);           // entries follow the distinct arguments
+    EXPECT_EQ(t1->NextNZ(), ny);
+    EXPECT_EQ(t1->NextNZ(), nullptr);
+
+    INonLinearity* t2 = m.Term("LNX", r, {1.0}, {x});
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 2);
+    EXPECT_EQ(t2->FrstNZ(), nx);
+    EXPECT_EQ(nx->GetNonlinear(), 2);
+    EXPECT_EQ(ny->GetNonlinear(), 1);
+    EXPECT_EQ(x->GetNonlinear(), 2);
+    EXPECT_EQ(y->GetNonlinear(), 1);
+    EXPECT_EQ(r->GetNonlinear(), 2);
+}
+
+TEST_F(NonLinearModelAdd, RepeatedArgumentGetsOneEntryAndOneCount) {
+    ILPEquation* r = m.Row("R1");
+    ILPVariable* x = m.Var("X");
+    INonLinearity* t = m.Term("XPROD", r, {1.0}, {x, x});
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 1);
+    EXPECT_EQ(x->GetNonlinear(), 1);
+    EXPECT_EQ(t->FrstNZ()->GetNonlinear(), 1);
+    EXPECT_EQ(t->NextNZ(), nullptr);
+}
+
+TEST_F(NonLinearModelAdd, IndicesCountsAndTypeCounts) {
+    ILPEquation* r = m.Row("R1");
+    ILPVariable* x = m.Var("X");
+    INonLinearity* a = m.Term("XPROD", r, {1.0}, {x});
+    INonLinearity* b = m.Make("EXPX", r, {1.0}, {x});
+    b->SetBlkMember(2);
+    EXPECT_EQ(m.model->AddNonLinearityObject(b), 2);
+    INonLinearity* c = m.Term("XPROD", r, {1.0}, {x});
+    EXPECT_EQ(a->GetIndex(), 1);
+    EXPECT_EQ(b->GetIndex(), 2);
+    EXPECT_EQ(c->GetIndex(), 3);
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 3);
+    EXPECT_EQ(m.model->NumberOfPersistedNonLinearities(), 2);
+    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLProduct), 2);
+    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLExponentialX), 1);
+    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLEI), 0);
+    m.model->ProcessNonLinearModel();
+    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLProduct), 2);
+}
+
+TEST_F(NonLinearModelAdd, RefusesTermsItCannotPlace) {
+    ILPEquation* r = m.Row("R1");
+    ILPVariable* x = m.Var("X");
+    EXPECT_THROW(m.model->AddNonLinearityObject(nullptr), ZEM_Exception);
+
+    INonLinearity* noRow = m.Make("XPROD", nullptr, {1.0}, {x});
+    EXPECT_THROW(m.model->AddNonLinearityObject(noRow), ZEM_Exception);
+    noRow->Destroy();
+
+    ILPVariable* stray = nullptr;
+    m.vars->CreateNewVariableObject(&stray);  // never added: index 0
+    stray->SetName("STRAY");
+    INonLinearity* bad = m.Make("XPROD", r, {1.0}, {x, stray});
+    EXPECT_THROW(m.model->AddNonLinearityObject(bad), ZEM_Exception);
+    bad->Destroy();
+    delete stray;
+
+    INonLinearity* ok = m.Term("XPROD", r, {1.0}, {x});
+    EXPECT_THROW(m.model->AddNonLinearityObject(ok), ZEM_Exception);
+    // Nothing of the refused attempts is left behind.
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 1);
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 1);
+    EXPECT_EQ(x->GetNonlinear(), 1);
+    EXPECT_EQ(r->GetNonlinear(), 1);
+}
+
+TEST_F(NonLinearModelAdd, WalksByPoolByRowAndRetrieval) {
+    ILPEquation* r1 = m.Row("R1");
+    ILPEquation* r2 = m.Row("R2");
+    ILPEquation* r3 = m.Row("R3");
+    ILPVariable* x = m.Var("X");
+    INonLinearity* a = m.Term("LNX", r3, {1.0}, {x});
+    INonLinearity* b = m.Term("LNX", r1, {1.0}, {x});
+    INonLinearity* c = m.Term("LNX", r3, {1.0}, {x});
+    INonLinearity* d = m.Term("LNX", r2, {1.0}, {x});
+    EXPECT_EQ(m.Pool(), (std::vector<INonLinearity*>{a, b, c, d}));
+    EXPECT_EQ(m.RowTerms(3), (std::vector<INonLinearity*>{a, c}));
+    EXPECT_TRUE(m.RowTerms(0).empty());
+    EXPECT_TRUE(m.RowTerms(99).empty());
+    std::vector<INonLinearity*> byRow;
+    for (INonLinearity* t = m.model->FrstNonLinearityObjectByRow(); t;
+         t = m.model->NextNonLinearityObjectByRow())
+        byRow.push_back(t);
+    EXPECT_EQ(byRow, (std::vector<INonLinearity*>{b, d, a, c}));
+
+    INonLinearity* got = nullptr;
+    m.model->RetrieveNonLinearityObject(3, &got);
+    EXPECT_EQ(got, c);
+    m.model->RetrieveNonLinearityObject(0, &got);
+    EXPECT_EQ(got, a);
+    m.model->RetrieveNonLinearityObject(5, &got);
+    EXPECT_EQ(got, nullptr);
+}
+
+TEST_F(NonLinearModelAdd, CheckNonLinearVariableAndBilinearLookup) {
+    ILPEquation* r1 = m.Row("R1");
+    ILPEquation* r2 = m.Row("R2");
+    ILPVariable* x = m.Var("X");
+    ILPVariable* y = m.Var("Y");
+    ILPVariable* z = m.Var("Z");
+    ILPVariable* w = m.Var("W");
+    m.Coef(r1, w, 1.0);
+    m.Term("XPROD", r1, {1.0}, {x, y, z});  // three arguments: not bilinear
+    INonLinearity* bl = m.Term("XPROD", r2, {1.0}, {y, z});
+    EXPECT_EQ(m.model->CheckNonLinearVariable(w), nullptr);
+    EXPECT_EQ(m.model->CheckNonLinearVariable(z)->GetEquationPtr(), r1);
+    EXPECT_EQ(m.model->GetFirstBiLinearVarEqn(z->GetIndex(), r1->GetIndex()), nullptr);
+    EXPECT_EQ(m.model->GetFirstBiLinearVarEqn(z->GetIndex(), r2->GetIndex()), bl);
+    EXPECT_EQ(m.model->GetFirstBiLinearVarEqn(x->GetIndex(), r2->GetIndex()), nullptr);
+}
+
+TEST_F(NonLinearModelAdd, CreationDispatchKeepsUnknownNames) {
+    INonLinearity* t = nullptr;
+    m.model->CreateNonLinearityObject("NOSUCH", &t);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->GetType(), kNLUnknown);
+    EXPECT_STREQ(t->GetNonLinearityID(), "NOSUCH");
+    t->Destroy();
+    m.model->CreateNonLinearityObject(kNLProduct, &t);
+    EXPECT_EQ(t->GetType(), kNLProduct);
+    t->Destroy();
+    int16_t code = 0;
+    m.model->NonlinearityTypeNameToTypeID("XPROD2", &code);
+    EXPECT_EQ(code, kNLProduct2);
+    INLConstant* c = nullptr;
+    m.model->CreateNLConstantObject(&c);
+    ASSERT_NE(c, nullptr);
+    EXPECT_EQ(c->GetValue(), 0.0);
+    c->Destroy();
+}
+
+// A factory that counts what it makes and how it is referenced.
+class CountingFactory : public INonLinearityFactory {
+public:
+    explicit CountingFactory(int* alive) : m_inner(CreateNonLinearityFactoryObject()), m_alive(alive) {
+        m_inner->IAddRef();
+        ++*m_alive;
+    }
+    void Create(int16_t code, INonLinearity** out) override {
+        ++made;
+        m_inner->Create(code, out);
+    }
+    void Create(const char* name, INonLinearity** out) override {
+        ++made;
+        m_inner->Create(name, out);
+    }
+    void NameToTypeID(const char* name, int16_t* code) override { m_inner->NameToTypeID(name, code); }
+    void SetExtCacheEvalRegistry(INLModelExtCachedEvalRegistration*) override { ++registrySet; }
+    void Display(std::ostream&) override {}
+    int IAddRef() override { return ++refs; }
+    int IRelease() override {
+        const int left = --refs;
+        if (left == 0) Destroy();
+        return left;
+    }
+    int made = 0, refs = 0, registrySet = 0;
+
+protected:
+    ~CountingFactory() override {
+        m_inner->IRelease();
+        --*m_alive;
+    }
+    void Destroy() override { delete this; }
+    void AddNonLinearityName(const char*, int16_t) override {}
+
+private:
+    INonLinearityFactory* m_inner;
+    int* m_alive;
+};
+
+TEST_F(NonLinearModelAdd, OverrideFactoryTakesAReferenceAndIsUsed) {
+    int alive = 0;
+    {
+        ModelRig local;
+        CountingFactory* f = new CountingFactory(&alive);
+        f->IAddRef();  // the test's own reference
+        local.model->OverrideNonLinearityFactory(f);
+        EXPECT_EQ(f->refs, 2);
+        EXPECT_EQ(f->registrySet, 1);
+        local.model->OverrideNonLinearityFactory(nullptr);  // ignored
+        local.model->OverrideNonLinearityFactory(f);        // same factory again
+        EXPECT_EQ(f->refs, 2);
+        INonLinearity* t = nullptr;
+        local.model->CreateNonLinearityObject("EXPX", &t);
+        EXPECT_EQ(f->made, 1);
+        t->Destroy();
+        f->IRelease();
+        EXPECT_EQ(alive, 1);  // still held by the model
+    }
+    EXPECT_EQ(alive, 0);  // released with the model
+}
+
+class NonLinearModelRemove : public ::testing::Test {
+protected:
+    void SetUp() override {
+        r1 = m.Row("R1");
+        r2 = m.Row("R2");
+        r3 = m.Row("R3");
+        x = m.Var("X");
+        y = m.Var("Y");
+        lin = m.Var("L");
+        m.Coef(r1, lin, 5.0);
+        m.Coef(r2, lin, 6.0);
+        m.Coef(r2, y, 7.0);
+        t1 = m.Term("XPROD", r1, {2.0}, {x, y});
+        t2 = m.Term("LNX", r2, {1.0}, {y});
+        t3 = m.Term("EXPX", r3, {1.0}, {x});
+    }
+    ModelRig m;
+    ILPEquation *r1, *r2, *r3;
+    ILPVariable *x, *y, *lin;
+    INonLinearity *t1, *t2, *t3;
+};
+
+TEST_F(NonLinearModelRemove, VariableUsedByATermIsRefusedWithTheExactTexts) {
+    const int nz = m.matrix->NumberOfNonZeros();
+    try {
+        m.model->EliminateVariable(y);
+        FAIL() << "no exception";
+    } catch (ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "NonLinear Matrix Edit Error - Can't Remove NonLinear Variables");
+        EXPECT_EQ(e.Reason(), "NonLinearity : R1 : Y");
+        EXPECT_EQ(e.Routine(), "NonLinearModel::EliminateVariable");
+        EXPECT_EQ(e.SourceFile(), "nlpdata");
+    }
+    EXPECT_THROW(m.model->TrashVariable(x), ZEM_Exception);
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), nz);
+}
+
+TEST_F(NonLinearModelRemove, LinearVariableLosesItsEntries) {
+    m.model->EliminateVariable(lin);
+    EXPECT_EQ(m.matrix->ColFrstNonZeroObject(lin->GetIndex()), nullptr);
+}
+
+TEST_F(NonLinearModelRemove, RemovingATermLowersCountsAndRenumbers) {
+    ILPNonZero* nx = t1->FrstNZ();
+    const int nz = m.matrix->NumberOfNonZeros();
+    m.model->RemoveNonLinearity(t1);
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 2);
+    EXPECT_EQ(m.model->NumberOfPersistedNonLinearities(), 2);
+    EXPECT_EQ(t2->GetIndex(), 1);
+    EXPECT_EQ(t3->GetIndex(), 2);
+    EXPECT_EQ(r1->GetNonlinear(), 0);
+    EXPECT_EQ(x->GetNonlinear(), 1);
+    EXPECT_EQ(y->GetNonlinear(), 1);
+    EXPECT_EQ(nx->GetNonlinear(), 0);
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), nz);  // entries stay
+    EXPECT_TRUE(m.RowTerms(1).empty());
+    EXPECT_EQ(m.RowTerms(3), std::vector<INonLinearity*>{t3});
+    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLProduct), 0);
+    // Now the variable no term uses any more may go.
+    m.model->EliminateVariable(lin);
+    EXPECT_EQ(m.model->CheckNonLinearVariable(x), t3);
+}
+
+TEST_F(NonLinearModelRemove, TrashIsEmptiedOnceEvenWithRepeatsAndEarlyRemoval) {
+    m.model->TrashNonLinearity(t1);
+    m.model->TrashNonLinearity(t1);
+    m.model->TrashNonLinearity(t3);
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 3);  // trash keeps them until emptied
+    m.model->RemoveNonLinearity(t3);                  // removed at once, leaves the trash
+    m.model->EmptyNonLinearityTrash();
+    EXPECT_EQ(m.Pool(), std::vector<INonLinearity*>{t2});
+    EXPECT_EQ(t2->GetIndex(), 1);
+    m.model->EmptyNonLinearityTrash();
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 1);
+}
+
+TEST_F(NonLinearModelRemove, BulkRemovalSkipsStrangersAndRepeats) {
+    INonLinearity* stranger = m.Make("XPROD", r1, {1.0}, {x});
+    INonLinearity* list[] = {t3, stranger, t3, nullptr, t1};
+    m.model->BulkRemoveNonLinearity(list, 5);
+    EXPECT_EQ(m.Pool(), std::vector<INonLinearity*>{t2});
+    stranger->Destroy();
+}
+
+TEST_F(NonLinearModelRemove, EliminatedRowIsFollowedThroughRenumbering) {
+    m.model->EliminateEquation(r2);
+    EXPECT_EQ(r2->GetNonlinear(), 0);
+    EXPECT_EQ(m.matrix->RowFrstNonZeroObject(r2->GetIndex()), nullptr);
+    m.eqns->RemoveEquation(r2);
+    EXPECT_EQ(r3->GetIndex(), 2);
+    EXPECT_EQ(m.RowTerms(2), std::vector<INonLinearity*>{t3});
+    EXPECT_TRUE(m.RowTerms(3).empty());
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 2);
+    EXPECT_EQ(y->GetNonlinear(), 1);
+}
+
+TEST_F(NonLinearModelRemove, RowRemovedBehindTheModelsBackIsFollowed) {
+    // A row without terms removed by the equation list alone (as empty rows
+    // are after a read) shifts the later rows; the row lists follow.
+    ILPEquation* empty = m.eqns->InsertEquation("EMPTY");
+    ILPEquation* r5 = m.Row("R5");
+    INonLinearity* t5 = m.Term("EXPX", r5, {1.0}, {x});
+    EXPECT_EQ(m.RowTerms(5), std::vector<INonLinearity*>{t5});
+    m.eqns->RemoveEquation(empty);
+    EXPECT_EQ(r5->GetIndex(), 4);
+    EXPECT_EQ(m.RowTerms(4), std::vector<INonLinearity*>{t5});
+}
+
+TEST_F(NonLinearModelRemove, TrashedRowGoesToTheMatrixTrashWhenEmptied) {
+    m.model->TrashEquation(r2);
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 3);
+    m.model->EmptyAllTrash();
+    EXPECT_EQ(m.model->NumberOfNonLinearities(), 2);
+    EXPECT_EQ(r2->GetNonlinear(), 0);
+    EXPECT_EQ(m.matrix->RowFrstNonZeroObject(r2->GetIndex()), nullptr);
+}
+
+TEST_F(NonLinearModelRemove, FirstDistillationTermIsForgottenWithIt) {
+    m.model->SetFrstNonLinearitySCDEquation(t2);
+    EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), t2);
+    m.model->RemoveNonLinearity(t2);
+    EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), nullptr);
+}
+
+TEST(NonLinearModelListing, DisplayShowsMatrixThenPool) {
+    ModelRig m;
+    ILPEquation* r = m.Row("R1");
+    ILPVariable* x = m.Var("X");
+    m.Term("EXPX", r, {1.0}, {x});
+    std::ostringstream os, matrixOnly, term;
+    m.model->Display(os);
+    m.matrix->Display(matrixOnly);
+    m.model->FrstNonLinearityObject()->Display(term);
+    EXPECT_EQ(os.str(),
+              "\nD I S P L A Y   O F   N O N L I N E A R   M O D E L\n"
+              "- - - - - - -   - -   - - - - - - - - -   - - - - -\n\n" +
+                  matrixOnly.str() +
+                  "\n\nN O N L I N E A R I T Y   P O O L\n"
+                  "- - - - - - - - - - - -   - - - -\n\n" +
+                  term.str() + "\n");
+}
+
+TEST(NonLinearModelListing, ByColumnOrdersTermsByTheirFirstColumn) {
+    ModelRig m;
+    ILPEquation* r = m.Row("R1");
+    ILPVariable* x = m.Var("X");
+    ILPVariable* y = m.Var("Y");
+    m.Term("EXPX", r, {1.0}, {y});
+    m.Term("LNX", r, {1.0}, {x});
+    std::ostringstream os;
+    m.model->DisplayByColumn(os);
+    const std::string s = os.str();
+    EXPECT_LT(s.find("NATURAL LOG"), s.find("EXPONENTIAL X"));
+}
+
+TEST(NonLinearModelSettings, StoredAsGivenAndUnbuiltComponentsReportFailure) {
+    ModelRig m;
+    m.model->SetModelDir("C:\\m\\");
+    EXPECT_STREQ(m.model->GetModelDir(), "C:\\m\\");
+    m.model->SetModelDir(nullptr);
+    EXPECT_STREQ(m.model->GetModelDir(), "");
+    m.model->SetRank(3);
+    m.model->SetTrace(2);
+    EXPECT_EQ(m.model->GetRank(), 3);
+    EXPECT_EQ(m.model->GetTrace(), 2);
+    EXPECT_FALSE(m.model->InitializeQCL());
+    EXPECT_EQ(m.model->GetQCLCorrelationCount(), 0);
+    std::string id = "x";
+    EXPECT_FALSE(m.model->GetQCLCorrelationId(1, id));
+    EXPECT_EQ(id, "");
+    EXPECT_EQ(m.model->GetQCLCorrelationIndex("A"), -1);
+    EXPECT_EQ(m.model->AddQCLCorrelationInstance(1), nullptr);
+    EXPECT_FALSE(m.model->PreEvaluateSCDModel(nullptr));
+    ASSERT_NE(m.model->NLBlockList(), nullptr);
+    EXPECT_EQ(m.model->NLBlockList()->NumberOfBlocks(), 0);
+    ILPVariableList* vl = nullptr;
+    ILPEquationList* el = nullptr;
+    m.model->GetVarAndEqnLists(&vl, &el);
+    EXPECT_EQ(vl, m.vars);
+    EXPECT_EQ(el, m.eqns);
+}
+
+}  // namespace
