@@ -67,7 +67,7 @@ void LPStdDataMgr::AlgebraicDisplay(std::ostream& os) {
             if (terms > 0 && terms % kTermsPerLine == 0) os << "\n" << lpfmt::format("%8s ...", "");
             const double coef = nz->GetCoefficient();
             const ILPVariable* v = nz->GetVariablePtr();
-            os << (terms % kTermsPerLine == 0 ? "" : " ")
+            os << (terms == 0 ? "" : " ")
                << lpfmt::format("%c %.3f%c%s", coef < 0 ? '-' : '+', std::fabs(coef),
                                 nz->GetNonlinear() != 0 ? '*' : ' ', v ? v->GetName() : "");
             ++terms;

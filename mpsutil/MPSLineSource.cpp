@@ -11,18 +11,21 @@ void MPSLineSource::Attach(std::istream* in) {
     m_pos = m_end = 0;
     m_eof = (in == nullptr);
     m_failed = false;
-    if (in != nullptr && m_buf.empty()) m_buf.resize(kBlockSize);
+    if (in != nullptr && !m_buf) {
+        m_buf.reset(new char[kBlockSize]);
+        m_capacity = kBlockSize;
+    }
 }
 
 void MPSLineSource::Fill(size_t need) {
     if (m_end - m_pos >= need || m_eof) return;
     if (m_pos > 0) {
-        std::memmove(m_buf.data(), m_buf.data() + m_pos, m_end - m_pos);
+        std::memmove(m_buf.get(), m_buf.get() + m_pos, m_end - m_pos);
         m_end -= m_pos;
         m_pos = 0;
     }
     while (m_end < need && !m_eof) {
-        m_in->read(m_buf.data() + m_end, static_cast<std::streamsize>(m_buf.size() - m_end));
+        m_in->read(m_buf.get() + m_end, static_cast<std::streamsize>(m_capacity - m_end));
         const std::streamsize got = m_in->gcount();
         if (got > 0) m_end += static_cast<size_t>(got);
         if (!*m_in) {
@@ -42,7 +45,7 @@ bool MPSLineSource::ReadLine(char* dst, size_t cap, size_t& len) {
         return false;
     }
     if (avail > maxBytes) avail = maxBytes;
-    const char* s = m_buf.data() + m_pos;
+    const char* s = m_buf.get() + m_pos;
     const void* nl = std::memchr(s, '\n', avail);
     const size_t n = nl ? static_cast<size_t>(static_cast<const char*>(nl) - s) + 1 : avail;
     std::memcpy(dst, s, n);

@@ -9,7 +9,7 @@
 
 #include <cstddef>
 #include <istream>
-#include <vector>
+#include <memory>
 
 class MPSLineSource {
 public:
@@ -30,7 +30,8 @@ private:
     void Fill(size_t need);
 
     std::istream* m_in = nullptr;
-    std::vector<char> m_buf;
+    std::unique_ptr<char[]> m_buf;  // not zero-filled: only read bytes are used
+    size_t m_capacity = 0;
     size_t m_pos = 0;
     size_t m_end = 0;
     bool m_eof = true;

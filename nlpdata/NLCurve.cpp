@@ -19,6 +19,8 @@ bool NonLinearityCurve::ArgSetup() {
     const size_t nc = Constants().size();
     if (nc < 5 || nc % 2 == 0) return false;
     const size_t n = (nc - 1) / 2;
+    for (size_t i = 1; i < nc; ++i)
+        if (!std::isfinite(ConstValue(i, 0.0))) return false;
     std::vector<size_t> order(n);
     std::iota(order.begin(), order.end(), size_t(0));
     std::stable_sort(order.begin(), order.end(), [this](size_t i, size_t j) {
@@ -29,7 +31,6 @@ bool NonLinearityCurve::ArgSetup() {
     for (size_t i = 0; i < n; ++i) {
         m_x[i] = ConstValue(1 + 2 * order[i], 0.0);
         m_y[i] = ConstValue(2 + 2 * order[i], 0.0);
-        if (!std::isfinite(m_x[i]) || !std::isfinite(m_y[i])) return false;
         if (i > 0 && !(m_x[i] > m_x[i - 1])) return false;
     }
     // Shape-preserving knot slopes: the secant at the ends, a weighted

@@ -40,7 +40,8 @@ bool NonLinearityProduct::Gradient(std::vector<double>& grad) {
 void NonLinearityProduct::TermJacobian() {
     const std::vector<ILPVariable*>& vars = Vars();
     if (m_walkInStep) {
-        if (m_cacheArgs != 0 && m_cacheArgs == static_cast<int32_t>(vars.size())) {
+        if (m_cacheArgs != 0 && m_cacheArgs == static_cast<int32_t>(vars.size()) &&
+            NonZeros()[0] == m_cache.nz) {
             m_cache.nz->AddPartialDeriv(2.0 * GetFrstConstVal() * m_cache.var->GetVarValue());
             return;
         }

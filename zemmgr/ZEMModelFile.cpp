@@ -126,7 +126,6 @@ void Read(std::istream* is, Mode mode, const ZEMModelContent& content, ZEMModelS
     int32_t counts[6];
     for (int i = 0; i < 6; ++i) counts[i] = zembin::get32(countBytes + 4 * i);
     if (!append) state.matrixIncludesObjective = countBytes[24] != 0;
-    if (!countsFit(is, counts)) readError(kHeaderReadError);
     const int32_t nVars = counts[0], nEqns = counts[1], nNz = counts[2];
     const int32_t nSets = counts[3], nMembers = counts[4], nTerms = counts[5];
 
@@ -140,6 +139,7 @@ void Read(std::istream* is, Mode mode, const ZEMModelContent& content, ZEMModelS
         if (!zembin::readExact(is, &flag, 1)) readError(kElementReadError);
     }
     state.hybrid = flag != 0;
+    if (!countsFit(is, counts)) readError(kHeaderReadError);
 
     // Each section reader hands out the objects it made, in file order;
     // later sections refer to them by position. An empty section was not

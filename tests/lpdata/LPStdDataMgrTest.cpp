@@ -170,3 +170,89 @@ TEST_F(DataMgrTest, ModelFileOperationsAreRefusedHere) {
     }
     EXPECT_TRUE(ss.str().empty());
 }
+
+TEST_F(DataMgrTest, HeadingAndComposedDisplays) {
+    mgr->SetModelTitle("BLEND");
+    eqns->InsertEquation("R1");
+    vars->InsertVariable("X");
+    vars->InsertVariable("Y");
+    mgr->InsertMatrixEntry("R1", "X", 2, nullptr);
+    const std::string heading =
+        "\nD I S P L A Y   O F   L P   D A T A   O B J E C T\n"
+        "- - - - - - -   - -   - -   - - - -   - - - - - -\n\n"
+        "M O D E L   T I T L E   : BLEND\n"
+        "D I M E N S I O N S   : N = 2 M = 1 NZ = 1\n";
+    std::ostringstream h;
+    mgr->DisplayHeading(h);
+    EXPECT_EQ(h.str(), heading);
+
+    std::ostringstream full, parts;
+    mgr->Display(full);
+    vars->Display(parts);
+    eqns->Display(parts);
+    matrix->Display(parts);
+    EXPECT_EQ(full.str(), heading + parts.str());
+
+    std::ostringstream byRow, rowParts;
+    mgr->DisplayByRow(byRow);
+    matrix->DisplayByRow(rowParts);
+    EXPECT_EQ(byRow.str(), heading + rowParts.str());
+    std::ostringstream byCol, colParts;
+    mgr->DisplayByColumn(byCol);
+    matrix->DisplayByColumn(colParts);
+    EXPECT_EQ(byCol.str(), heading + colParts.str());
+
+    std::ostringstream xlr;
+    mgr->AlgebraicDisplayXLR(xlr);
+    EXPECT_EQ(xlr.str(), "");
+}
+
+TEST_F(DataMgrTest, AlgebraicDisplay) {
+    eqns->InsertEquation("COST")->SetType(ZEM_EQN_OBJECTIVE);
+    ILPEquation* cap = eqns->InsertEquation("CAP");
+    cap->SetType(ZEM_EQN_LE);
+    cap->SetRHS(10);
+    ILPEquation* dem = eqns->InsertEquation("DEM");
+    dem->SetType(ZEM_EQN_GE);
+    dem->SetRHS(2);
+    dem->SetRange(3);
+    eqns->InsertEquation("BAL")->SetRHS(0.5);
+    ILPVariable* x = vars->InsertVariable("X");
+    ILPVariable* y = vars->InsertVariable("Y");
+    x->SetBoundUpper(4);
+    y->SetVarType(ZEM_VAR_BINARY);
+    y->SetBoundUpper(1);
+    mgr->InsertMatrixEntry("COST", "X", 1, nullptr);
+    mgr->InsertMatrixEntry("COST", "Y", -2.5, nullptr);
+    mgr->InsertMatrixEntry("CAP", "X", 1, nullptr);
+    mgr->InsertMatrixEntry("DEM", "Y", 3, nullptr);
+    ILPNonZero* nl = nullptr;
+    mgr->InsertMatrixEntry("BAL", "X", -1, &nl);
+    nl->IncrNonlinear();
+    std::ostringstream os;
+    mgr->AlgebraicDisplay(os);
+    EXPECT_EQ(os.str(),
+              "\nA L G E B R A I C   D I S P L A Y   O F   M A T R I X\n"
+              "\nOBJEQN :\n   + 1.000 X - 2.500 Y\n"
+              "\nCAP :\n   + 1.000 X <=     10\n"
+              "\nDEM :\n        2 <= + 3.000 Y <=      5\n"
+              "\nBAL :\n   - 1.000*X ==    0.5\n"
+              "\nV A R I A B L E   S U M M A R Y\n"
+              "     0 <=        X <=      4    \n"
+              "     0 <=        Y <=      1    BINARY\n");
+}
+
+TEST_F(DataMgrTest, AlgebraicDisplayContinuesLongRows) {
+    eqns->InsertEquation("R")->SetType(ZEM_EQN_FREE);
+    for (int j = 1; j <= 8; ++j) {
+        const std::string name = "X" + std::to_string(j);
+        vars->InsertVariable(name.c_str());
+        mgr->InsertMatrixEntry("R", name.c_str(), j, nullptr);
+    }
+    std::ostringstream os;
+    mgr->AlgebraicDisplay(os);
+    EXPECT_NE(os.str().find("\nR :\n   + 1.000 X1 + 2.000 X2 + 3.000 X3 + 4.000 X4 + 5.000 X5 + 6.000 X6\n"
+                            "         ... + 7.000 X7 + 8.000 X8\n"),
+              std::string::npos)
+        << os.str();
+}

@@ -1,0 +1,148 @@
+// zem info: the size of a model by kind of variable and equation.
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include "cli/CliModel.h"
+#include "cli/Commands.h"
+#include "cli/Json.h"
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPStdDataMgr.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMTypes.h"
+
+namespace {
+
+struct ModelSummary {
+    std::string title;
+    int variables = 0;
+    int equations = 0;
+    int nonzeros = 0;
+    int sets = 0;
+    // Counts by type word, in type-code order.
+    std::map<int16_t, int> variableTypes;
+    std::map<int16_t, int> equationTypes;
+};
+
+ModelSummary summarize(ILPStdDataMgr* data) {
+    ModelSummary s;
+    data->GetModelTitle(s.title);
+    ILPVariableList* vars = nullptr;
+    ILPEquationList* eqns = nullptr;
+    ILPMatrix* matrix = nullptr;
+    ILPSpOrdSetList* sets = nullptr;
+    data->GetVariableCollectionIntf(&vars);
+    data->GetEquationCollectionIntf(&eqns);
+    data->GetMatrixIntf(&matrix);
+    data->GetSpOrdSetCollectionIntf(&sets);
+    if (vars != nullptr) {
+        for (ILPVariable* v = vars->FrstVariableObject(); v != nullptr; v = vars->NextVariableObject()) {
+            ++s.variables;
+            ++s.variableTypes[v->GetVarType()];
+        }
+    }
+    if (eqns != nullptr) {
+        for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
+            ++s.equations;
+            ++s.equationTypes[e->GetType()];
+        }
+    }
+    if (matrix != nullptr) s.nonzeros = matrix->NumberOfNonZeros();
+    if (sets != nullptr) s.sets = sets->NumberOfSpOrdSets();
+    return s;
+}
+
+// Counts keyed by word; codes that share a word ("Unknown") are added up.
+template <typename WordOf>
+std::map<std::string, int> byWord(const std::map<int16_t, int>& counts, WordOf word) {
+    std::map<std::string, int> out;
+    for (const auto& [code, n] : counts) out[word(code)] += n;
+    return out;
+}
+
+template <typename WordOf>
+void printCounts(std::ostream& out, const std::map<int16_t, int>& counts, WordOf word) {
+    std::map<std::string, bool> done;
+    const auto words = byWord(counts, word);
+    for (const auto& [code, n] : counts) {
+        (void)n;
+        const std::string w = word(code);
+        if (done[w]) continue;
+        done[w] = true;
+        char line[96];
+        std::snprintf(line, sizeof line, "  %-18s %10d\n", w.c_str(), words.at(w));
+        out << line;
+    }
+}
+
+template <typename WordOf>
+void jsonCounts(JsonWriter& json, const std::map<int16_t, int>& counts, WordOf word) {
+    json.BeginObject();
+    std::map<std::string, bool> done;
+    const auto words = byWord(counts, word);
+    for (const auto& [code, n] : counts) {
+        (void)n;
+        const std::string w = word(code);
+        if (done[w]) continue;
+        done[w] = true;
+        json.Key(w);
+        json.Integer(words.at(w));
+    }
+    json.EndObject();
+}
+
+int runInfo(const ParsedArgs& args, std::ostream& out) {
+    CliModel model;
+    LoadInput(args, model);
+    const ModelSummary s = summarize(model.Data());
+    if (args.Has("--json")) {
+        JsonWriter json(out, true);
+        json.BeginObject();
+        json.Key("title");
+        json.String(s.title);
+        json.Key("variables");
+        json.Integer(s.variables);
+        json.Key("equations");
+        json.Integer(s.equations);
+        json.Key("nonzeros");
+        json.Integer(s.nonzeros);
+        json.Key("sets");
+        json.Integer(s.sets);
+        json.Key("variable_types");
+        jsonCounts(json, s.variableTypes, ZEMVarTypeWord);
+        json.Key("equation_types");
+        jsonCounts(json, s.equationTypes, ZEMEqnTypeWord);
+        json.EndObject();
+        json.Finish();
+        return 0;
+    }
+    char line[128];
+    out << "Title:      " << s.title << "\n";
+    std::snprintf(line, sizeof line, "Variables:  %d\n", s.variables);
+    out << line;
+    printCounts(out, s.variableTypes, ZEMVarTypeWord);
+    std::snprintf(line, sizeof line, "Equations:  %d\n", s.equations);
+    out << line;
+    printCounts(out, s.equationTypes, ZEMEqnTypeWord);
+    std::snprintf(line, sizeof line, "Nonzeros:   %d\nSets:       %d\n", s.nonzeros, s.sets);
+    out << line;
+    out.flush();
+    return 0;
+}
+
+}  // namespace
+
+Command InfoCommand() {
+    return {"info", "summary: title, variables and equations by type, nonzeros, sets",
+            "FILE [--json] [--format NAME]",
+            "Prints the model's title, its numbers of variables by type, of equations by\n"
+            "type, of nonzeros and of special ordered sets. With --json, one object with\n"
+            "the keys title, variables, equations, nonzeros, sets, variable_types and\n"
+            "equation_types (the last two map type words such as \"Continuous\" or \"EQ\"\n"
+            "to counts).",
+            InputOptions({{"--json", nullptr, "print one JSON object"}}), runInfo};
+}

@@ -1,0 +1,69 @@
+#include "cli/Commands.h"
+
+#include "cli/CliModel.h"
+#include "cli/Formats.h"
+
+const std::vector<Command>& Commands() {
+    static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand()};
+    return commands;
+}
+
+std::vector<OptionSpec> InputOptions(std::vector<OptionSpec> more) {
+    more.push_back({"--format", "NAME", "read FILE in this format instead of the one its extension names"});
+    return more;
+}
+
+void LoadInput(const ParsedArgs& args, CliModel& model) {
+    if (args.positionals.empty()) throw UsageError("missing FILE");
+    if (args.positionals.size() > 1) {
+        throw UsageError("unexpected argument '" + args.positionals[1] + "'");
+    }
+    const std::string& path = args.positionals[0];
+    const InputFormat& format = ResolveInputFormat(path, args.Value("--format"));
+    format.load(path, model);
+}
+
+namespace {
+
+void printFormats(std::ostream& os) {
+    os << "Input formats (chosen by the file's extension, or with --format NAME):\n";
+    for (const InputFormat& f : InputFormats()) {
+        os << "  " << f.name << std::string(10 - std::string(f.name).size(), ' ') << f.extension
+           << std::string(8 - std::string(f.extension).size(), ' ') << f.description << "\n";
+    }
+}
+
+const char* const kExitStatus =
+    "Exit status: 0 on success; 1 when the library refuses the input (its exception\n"
+    "is printed on standard error); 2 for a usage error.\n";
+
+}  // namespace
+
+void PrintMainHelp(std::ostream& os) {
+    os << "zem - inspect linear and nonlinear optimisation models\n\n"
+          "Usage: zem COMMAND FILE [OPTIONS]\n"
+          "       zem COMMAND --help\n"
+          "       zem --help\n\n"
+          "Commands:\n";
+    for (const Command& c : Commands()) {
+        os << "  " << c.name << std::string(10 - std::string(c.name).size(), ' ') << c.summary
+           << "\n";
+    }
+    os << "\n";
+    printFormats(os);
+    os << "\n" << kExitStatus;
+}
+
+void PrintCommandHelp(const Command& command, std::ostream& os) {
+    os << "Usage: zem " << command.name << " " << command.arguments << "\n\n"
+       << command.description << "\n\nOptions:\n";
+    for (const OptionSpec& o : command.options) {
+        std::string left = o.name;
+        if (o.valueName != nullptr) left += std::string(" ") + o.valueName;
+        os << "  " << left << std::string(left.size() < 16 ? 16 - left.size() : 1, ' ') << o.help
+           << "\n";
+    }
+    os << "  --help          show this help\n\n";
+    printFormats(os);
+    os << "\n" << kExitStatus;
+}

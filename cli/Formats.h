@@ -1,0 +1,23 @@
+// The input formats zem reads, as a table: a format is chosen by the input
+// file's extension, or by name with --format. Adding a format is adding a
+// row to the table in Formats.cpp.
+#pragma once
+
+#include <string>
+#include <vector>
+
+class CliModel;
+
+struct InputFormat {
+    const char* name;         // for --format
+    const char* extension;    // with the dot, compared without regard to case
+    const char* description;  // for the help text
+    // Reads the file into the model; failures throw the library's exception.
+    void (*load)(const std::string& path, CliModel& model);
+};
+
+const std::vector<InputFormat>& InputFormats();
+
+// The format named `formatName`, or when it is empty the one of the path's
+// extension; throws UsageError when there is none.
+const InputFormat& ResolveInputFormat(const std::string& path, const std::string& formatName);

@@ -1,0 +1,7 @@
+* comment
+$ comment
+NAME
+ROWS
+ X  BAD
+COLUMNS
+ENDATA

@@ -1,0 +1,114 @@
+#include "mpsutil/MPSStdManager.h"
+
+#include <memory>
+#include <new>
+
+#include "lpdata/ZEMException.h"
+#include "mpsutil/MPSStdReader.h"
+#include "mpsutil/MPSStdWriter.h"
+
+namespace {
+
+struct DestroyReader {
+    void operator()(MPSStdReader* r) const { r->Destroy(); }
+};
+struct DestroyWriter {
+    void operator()(MPSStdWriter* w) const { w->Destroy(); }
+};
+
+[[noreturn]] void Refuse(const char* category, const char* message, const char* routine, int line) {
+    throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, line);
+}
+
+// Runs a reader or writer operation and rethrows its failure as the
+// manager's: file errors unchanged, other library exceptions as `failed`
+// with their account in the traceback, anything else as `unknown`.
+template <typename Operation>
+void RunWrapped(Operation op, const char* failed, const char* unknown, const char* routine) {
+    try {
+        op();
+    } catch (ZEM_ExcpFileError&) {
+        throw;
+    } catch (ZEM_Exception& e) {
+        auto* trace = new std::ostringstream;
+        e.Display(*trace);
+        if (std::ostringstream* inner = e.Getbufptr()) *trace << inner->str();
+        throw ZEM_Exception("MPS Manager Failure", failed, routine, zemsrc::kMpsUtil, __LINE__,
+                            trace);
+    } catch (...) {
+        throw ZEM_Exception("MPS Manager Failure", unknown, routine, zemsrc::kMpsUtil, __LINE__);
+    }
+}
+
+}  // namespace
+
+void MPSStdManager::SetMPSFileSpec(const char* path) { m_fileSpec = path != nullptr ? path : ""; }
+
+void MPSStdManager::Destroy() { delete this; }
+
+void MPSStdManager::GetLPDataMgr(ILPStdDataMgr** out) {
+    if (out != nullptr) *out = m_model;
+}
+
+void MPSStdManager::SetLPDataMgr(ILPStdDataMgr* model) { m_model = model; }
+
+void MPSStdManager::ReadMPSFile() {
+    static const char* const kRoutine = "MPSStdManager::ReadMPSFile";
+    if (m_fileSpec.empty()) Refuse("MPS Read Error", "No MPS file specification provided", kRoutine, __LINE__);
+    MPSStdReader* raw = nullptr;
+    CreateMPSStdReaderObject(&raw, m_model);
+    if (raw == nullptr) Refuse("MPS Read Error", "Could not allocate the MPS reader object", kRoutine, __LINE__);
+    std::unique_ptr<MPSStdReader, DestroyReader> reader(raw);
+    RunWrapped(
+        [&] {
+            reader->ReadMPSFile(m_fileSpec.c_str());
+            if (m_model == nullptr) reader->TakeLPStdDataObject(&m_model);
+        },
+        "Read of MPS Failed", "Read of MPS Unknown Exception", kRoutine);
+}
+
+void MPSStdManager::ReadMPSStream(std::stringstream* ss) {
+    static const char* const kRoutine = "MPSStdManager::ReadMPSStream";
+    if (ss == nullptr) Refuse("MPS Read Error", "No stream provided", kRoutine, __LINE__);
+    MPSStdReader* raw = nullptr;
+    CreateMPSStdReaderObject(&raw, m_model);
+    if (raw == nullptr) Refuse("MPS Read Error", "Could not allocate the MPS reader object", kRoutine, __LINE__);
+    std::unique_ptr<MPSStdReader, DestroyReader> reader(raw);
+    RunWrapped(
+        [&] {
+            reader->ReadMPSFromStream(*ss);
+            if (m_model == nullptr) reader->TakeLPStdDataObject(&m_model);
+        },
+        "Read of MPS Stream Failed", "Read of MPS Stream Unknown Exception", kRoutine);
+}
+
+void MPSStdManager::WriteMPSFile() {
+    static const char* const kRoutine = "MPSStdManager::WriteMPSFile";
+    if (m_fileSpec.empty()) Refuse("MPS Write Error", "No MPS file specification provided", kRoutine, __LINE__);
+    MPSStdWriter* raw = nullptr;
+    CreateMPSStdWriterObject(&raw, m_model);
+    if (raw == nullptr) Refuse("MPS Write Error", "Could not allocate the MPS writer object", kRoutine, __LINE__);
+    std::unique_ptr<MPSStdWriter, DestroyWriter> writer(raw);
+    RunWrapped([&] { writer->WriteMPSFile(m_fileSpec.c_str()); }, "Write of MPS Failed",
+               "Write of MPS Unknown Exception", kRoutine);
+}
+
+void MPSStdManager::WriteMPSStream(std::stringstream* ss) {
+    static const char* const kRoutine = "MPSStdManager::WriteMPSStream";
+    if (ss == nullptr) Refuse("MPS Write Error", "No stream provided", kRoutine, __LINE__);
+    MPSStdWriter* raw = nullptr;
+    CreateMPSStdWriterObject(&raw, m_model);
+    if (raw == nullptr) Refuse("MPS Write Error", "Could not allocate the MPS writer object", kRoutine, __LINE__);
+    std::unique_ptr<MPSStdWriter, DestroyWriter> writer(raw);
+    RunWrapped([&] { writer->WriteMPSToStream(*ss); }, "Write of MPS Stream Failed",
+               "Write of MPS Stream Unknown Exception", kRoutine);
+}
+
+void MPSStdManager::ReadMPSXMLStream(std::stringstream*) {}
+
+void MPSStdManager::WriteMPSXMLStream(std::stringstream*) {}
+
+void CreateMPSStdManagerObject(MPSStdManager** out) {
+    if (out == nullptr) return;
+    *out = new (std::nothrow) MPSStdManager();
+}

@@ -1,0 +1,378 @@
+// The reader's framework: input, lines, cards, field geometry and the order
+// of sections. The section handlers are in MPSStdReaderSections.cpp.
+#include "mpsutil/MPSStdReader.h"
+
+#include <cstring>
+#include <new>
+#include <sstream>
+
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPStdDataMgr.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMException.h"
+
+namespace {
+
+constexpr const char* kReadFile = "MPSStdReader::ReadMPSFile";
+
+// Header keywords in the order they are tried, with the length compared.
+struct HeaderKeyword {
+    const char* word;
+    size_t length;
+    int16_t code;
+};
+constexpr HeaderKeyword kHeaders[] = {
+    {"NAME", 4, kMPSCardNAME},       {"ROWS", 4, kMPSCardROWS},
+    {"COLUMNS", 7, kMPSCardCOLUMNS}, {"RHS", 3, kMPSCardRHS},
+    {"RANGES", 6, kMPSCardRANGES},   {"BOUNDS", 6, kMPSCardBOUNDS},
+    {"SETS", 4, kMPSCardSETS},       {"ENDATA", 6, kMPSCardENDATA},
+};
+
+}  // namespace
+
+MPSStdReader::MPSStdReader(bool extendedWidths) : m_extendedWidths(extendedWidths) {}
+
+MPSStdReader::MPSStdReader(ILPStdDataMgr* model, bool extendedWidths)
+    : m_extendedWidths(extendedWidths), m_model(model) {}
+
+MPSStdReader::~MPSStdReader() {
+    if (m_ownsModel && m_model != nullptr) m_model->Destroy();
+}
+
+void MPSStdReader::Destroy() { delete this; }
+
+void MPSStdReader::TakeLPStdDataObject(ILPStdDataMgr** out) {
+    if (out != nullptr) *out = m_model;
+    ForgetNames();
+    m_model = nullptr;
+    m_ownsModel = false;
+    m_varList = nullptr;
+    m_eqnList = nullptr;
+    m_matrix = nullptr;
+}
+
+void MPSStdReader::SetExtendedFieldWidth() { SetFieldWidth(128, 13, 2); }
+
+void MPSStdReader::SetFieldWidth(int16_t nameWidth, int16_t numberWidth, int16_t keyWidth) {
+    m_geometry.Set(nameWidth, numberWidth, keyWidth);
+}
+
+void MPSStdReader::AllocateDataObject() {
+    ILPStdDataMgr* model = nullptr;
+    CreateLPStdDataObject(&model);
+    if (model == nullptr) {
+        ProcessError("MPS/LP Data Object Allocation Exception", "Failed to create LPStdDataMgr object",
+                     "MPSStdReader::AllocateDataObject", __LINE__);
+    }
+    m_model = model;
+    m_ownsModel = true;
+}
+
+// ---- Input ----
+
+void MPSStdReader::OpenMPSFile(const char* path) {
+    CloseMPSFile();
+    if (path != nullptr) m_file.open(path, std::ios::in);
+    if (path == nullptr || !m_file.is_open()) {
+        throw ZEM_ExcpFileError(eFileNotFound, " ", path ? path : "",
+                                "MPSStdReader::OpenMPSFile", zemsrc::kMpsUtil, __LINE__);
+    }
+    AttachInput(&m_file);
+}
+
+void MPSStdReader::CloseMPSFile() {
+    if (m_input == &m_file) AttachInput(nullptr);
+    if (m_file.is_open()) m_file.close();
+    m_file.clear();
+}
+
+void MPSStdReader::AttachInput(std::istream* in) {
+    m_input = in;
+    m_lines.Attach(in);
+    m_lineCount = 0;
+    m_line[0] = '\0';
+    m_lineLength = 0;
+}
+
+bool MPSStdReader::ReadMPSLine() {
+    size_t n = 0;
+    if (!m_lines.ReadLine(m_line, sizeof m_line, n)) {
+        m_line[0] = '\0';
+        m_lineLength = 0;
+        if (m_lines.InputFailed()) {
+            throw ZEM_ExcpFileError(eFileReadError, " ", "", "MPSStdReader::ReadMPSLine",
+                                    zemsrc::kMpsUtil, __LINE__);
+        }
+        return false;
+    }
+    ++m_lineCount;
+    if (n > 0 && m_line[n - 1] == '\n') m_line[--n] = '\0';
+    if (char* cr = static_cast<char*>(std::memchr(m_line, '\r', n))) *cr = '\0';
+    m_lineLength = static_cast<int>(std::strlen(m_line));
+    return true;
+}
+
+void MPSStdReader::ResetReadState() {
+    m_objectiveSeen = false;
+    m_section = kMPSCardEndOfFile;
+    m_cardStatus = kMPSCardEndOfFile;
+    m_emptyColumns.clear();
+    ForgetNames();
+    for (auto& field : m_fields) field[0] = '\0';
+}
+
+// ---- Cards ----
+
+int16_t MPSStdReader::ReadMPSCard() {
+    for (;;) {
+        if (!ReadMPSLine()) {
+            for (auto& field : m_fields) field[0] = '\0';
+            m_section = kMPSCardEndOfFile;
+            return m_cardStatus = kMPSCardEndOfFile;
+        }
+        if (m_lineLength == 0) continue;
+        for (auto& field : m_fields) field[0] = '\0';
+        const char first = m_line[0];
+        if (first == ' ') return m_cardStatus = ParseDataCard();
+        if (first == '*' || first == '$') continue;
+
+        for (const HeaderKeyword& h : kHeaders) {
+            if (!MPSHasPrefix(m_line, h.word, h.length)) continue;
+            switch (h.code) {
+                case kMPSCardNAME: {
+                    NAMECard();
+                    const int at = m_geometry.start[kMPSFieldName2] - 4;
+                    if (at < m_lineLength) {
+                        MPSExtractField(m_fields[kMPSFieldName1], m_line + at, m_geometry.nameWidth);
+                    }
+                    break;
+                }
+                case kMPSCardROWS: ROWSCard(); break;
+                case kMPSCardCOLUMNS: COLUMNSCard(); break;
+                case kMPSCardRHS: RHSCard(); break;
+                case kMPSCardRANGES: RANGESCard(); break;
+                case kMPSCardBOUNDS: BOUNDSCard(); break;
+                case kMPSCardSETS: SETSCard(); break;
+                default: ENDATACard(); break;
+            }
+            m_section = h.code;
+            return m_cardStatus = h.code;
+        }
+        const int16_t code = ExtendedHeaderCardSet();
+        if (code == 0) {
+            CardError("Unknown Header Card Read in MPS File", "MPSStdReader::ReadMPSCard", __LINE__);
+        }
+        m_section = code;
+        return m_cardStatus = code;
+    }
+}
+
+int16_t MPSStdReader::ParseDataCard() {
+    ParseMPSStdDataCard();
+    return kMPSCardData;
+}
+
+void MPSStdReader::ParseMPSStdDataCard() {
+    MPSExtractFixedFields(m_line, m_lineLength, m_geometry, m_fields);
+}
+
+void MPSStdReader::NAMECard() { m_section = kMPSCardNAME; }
+void MPSStdReader::ROWSCard() { m_section = kMPSCardROWS; }
+void MPSStdReader::COLUMNSCard() { m_section = kMPSCardCOLUMNS; }
+void MPSStdReader::RHSCard() { m_section = kMPSCardRHS; }
+void MPSStdReader::RANGESCard() { m_section = kMPSCardRANGES; }
+void MPSStdReader::BOUNDSCard() { m_section = kMPSCardBOUNDS; }
+void MPSStdReader::SETSCard() { m_section = kMPSCardSETS; }
+void MPSStdReader::ENDATACard() { m_section = kMPSCardENDATA; }
+
+int16_t MPSStdReader::ExtendedHeaderCardSet() { return 0; }
+void MPSStdReader::ProcessExtendedSections() {}
+bool MPSStdReader::ProcessExtendedBOUNDSKeySet(const char*, ILPVariable*) { return false; }
+void MPSStdReader::CheckMPSStatus() {}
+
+// ---- Whole file ----
+
+void MPSStdReader::ReadMPSFile(const char* path) {
+    OpenMPSFile(path);
+    try {
+        ReadModel();
+    } catch (...) {
+        CloseMPSFile();
+        throw;
+    }
+    CloseMPSFile();
+}
+
+void MPSStdReader::ReadMPSFromStream(std::istream& in) {
+    AttachInput(&in);
+    try {
+        ReadModel();
+    } catch (...) {
+        AttachInput(nullptr);
+        throw;
+    }
+    AttachInput(nullptr);
+}
+
+void MPSStdReader::ReadModel() {
+    ResetReadState();
+    if (m_extendedWidths) SetExtendedFieldWidth();
+    if (m_model == nullptr) AllocateDataObject();
+
+    if (ReadMPSCard() != kMPSCardNAME) {
+        ProcessError("MPS File Read Error", "Expected NAME Card", kReadFile, __LINE__);
+    }
+    NAMEData();
+    if (m_cardStatus != kMPSCardROWS) {
+        ProcessError("MPS File Read Error", "Expected ROWS Card", kReadFile, __LINE__);
+    }
+    ROWSData();
+    if (m_cardStatus != kMPSCardCOLUMNS) {
+        ProcessError("MPS File Read Error", "Expected COLUMNS Card", kReadFile, __LINE__);
+    }
+    COLUMNSData();
+    ReadSections();
+}
+
+void MPSStdReader::ReadSections() {
+    for (;;) {
+        switch (m_section) {
+            case kMPSCardRHS: RHSData(); break;
+            case kMPSCardRANGES: RANGESData(); break;
+            case kMPSCardBOUNDS: BOUNDSData(); break;
+            case kMPSCardSETS: SETSData(); break;
+            case kMPSCardENDATA:
+                CheckMPSStatus();
+                ForgetNames();
+                m_model->ProcessFullCollection();
+                return;
+            case kMPSCardEndOfFile:
+                ProcessError("MPS File Read Error", "Unexpected end of MPS file - no ENDATA card",
+                             kReadFile, __LINE__);
+            default: {
+                // A section of a derived reader. One that reads nothing and
+                // leaves the state as it was would loop for ever: refuse it.
+                const int linesBefore = m_lineCount;
+                const int16_t section = m_section;
+                ProcessExtendedSections();
+                if (m_lineCount != linesBefore || m_section != section) break;
+                if (section == kMPSCardNAME || section == kMPSCardROWS ||
+                    section == kMPSCardCOLUMNS) {
+                    CardError("Unexpected Header Card Read in MPS File", kReadFile, __LINE__);
+                }
+                ProcessError("MPS Read/Process Error", "No handler for the section of this header card",
+                             kReadFile, __LINE__);
+            }
+        }
+    }
+}
+
+// ---- Helpers ----
+
+void MPSStdReader::CheckSection(int16_t section, const char* message, const char* routine,
+                                int srcLine) const {
+    if (m_section != section) {
+        ProcessError("MPS Read/Process Synchronization Error", message, routine, srcLine);
+    }
+}
+
+void MPSStdReader::ReadFirstDataCard(const char* emptyMessage, const char* routine,
+                                     int srcLine) {
+    if (ReadMPSCard() != kMPSCardData) {
+        ProcessError("MPS Read/Process Error", emptyMessage, routine, srcLine);
+    }
+}
+
+void MPSStdReader::FetchModelParts(const char* message, const char* routine, int srcLine) {
+    m_varList = nullptr;
+    m_eqnList = nullptr;
+    m_matrix = nullptr;
+    if (m_model != nullptr) {
+        m_model->GetVariableCollectionIntf(&m_varList);
+        m_model->GetEquationCollectionIntf(&m_eqnList);
+        m_model->GetMatrixIntf(&m_matrix);
+    }
+    if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr) {
+        ProcessError("MPS Read/Process Error", message, routine, srcLine);
+    }
+}
+
+// The index holds only entities of the list, so when it is as large as the
+// list it holds all of them and a miss is final; otherwise the list decides.
+ILPEquation* MPSStdReader::FindEquation(const char* name) {
+    const size_t length = std::strlen(name);
+    if (ILPEquation* eqn = m_rowIndex.Find(name, length)) return eqn;
+    if (m_rowIndex.Size() == static_cast<size_t>(m_eqnList->NumberOfEquations())) return nullptr;
+    ILPEquation* eqn = m_eqnList->EqnNameLookup(name);
+    if (eqn != nullptr) m_rowIndex.Insert(name, length, eqn);
+    return eqn;
+}
+
+ILPVariable* MPSStdReader::FindVariable(const char* name) {
+    const size_t length = std::strlen(name);
+    if (ILPVariable* var = m_columnIndex.Find(name, length)) return var;
+    if (m_columnIndex.Size() == static_cast<size_t>(m_varList->NumberOfVariables())) return nullptr;
+    ILPVariable* var = m_varList->VarNameLookup(name);
+    if (var != nullptr) m_columnIndex.Insert(name, length, var);
+    return var;
+}
+
+void MPSStdReader::RememberEquation(ILPEquation* eqn) {
+    const char* name = eqn->GetName();
+    const size_t length = std::strlen(name);
+    if (m_rowIndex.Find(name, length) == nullptr) m_rowIndex.Insert(name, length, eqn);
+}
+
+void MPSStdReader::RememberVariable(ILPVariable* var) {
+    const char* name = var->GetName();
+    const size_t length = std::strlen(name);
+    if (m_columnIndex.Find(name, length) == nullptr) m_columnIndex.Insert(name, length, var);
+}
+
+void MPSStdReader::ForgetNames() {
+    m_rowIndex.Clear();
+    m_columnIndex.Clear();
+    m_lastColumn = nullptr;
+}
+
+ILPVariable* MPSStdReader::NewVariable(const char* name) {
+    ILPVariable* var = nullptr;
+    m_varList->CreateNewVariableObject(&var);
+    if (var == nullptr) return nullptr;
+    var->SetName(name);
+    m_varList->AddVariableObject(var);
+    RememberVariable(var);
+    return var;
+}
+
+double MPSStdReader::FieldNumber(int f) const { return MPSParseNumber(m_fields[f]); }
+
+namespace {
+
+// A traceback buffer that tells where in the input the read stopped.
+std::ostringstream* InputPosition(int lineCount) {
+    auto* buffer = new std::ostringstream;
+    if (lineCount > 0) *buffer << "MPS input line " << lineCount << "\n";
+    return buffer;
+}
+
+}  // namespace
+
+void MPSStdReader::CardError(const char* message, const char* routine, int srcLine) const {
+    throw ZEM_Exception(message, m_line, routine, zemsrc::kMpsUtil, srcLine,
+                        InputPosition(m_lineCount));
+}
+
+void MPSStdReader::ProcessError(const char* category, const char* message, const char* routine,
+                                int srcLine) const {
+    throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, srcLine,
+                        InputPosition(m_lineCount));
+}
+
+void CreateMPSStdReaderObject(MPSStdReader** out, ILPStdDataMgr* model) {
+    if (out == nullptr) return;
+    *out = new (std::nothrow) MPSStdReader(model, false);
+}

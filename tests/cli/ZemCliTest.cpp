@@ -1,0 +1,323 @@
+// Runs the zem program and checks its output, exit status and messages.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "JsonTestParser.h"
+#include "mpsutil/MPSTestUtil.h"
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPStdDataMgr.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableList.h"
+#include "mpsutil/MPSStdReader.h"
+
+namespace {
+
+struct Result {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string Slurp(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+}
+
+class ZemCli : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char tmpl[] = "/tmp/zem_cli_test_XXXXXX";
+        dir_ = mkdtemp(tmpl);
+        zem_ = std::string(ZEM_BINARY_DIR) + "/zem";
+        if (!std::filesystem::exists(zem_)) GTEST_SKIP() << zem_ << " was not built";
+    }
+    void TearDown() override {
+        std::error_code ec;
+        std::filesystem::remove_all(dir_, ec);
+    }
+
+    Result Run(const std::string& args) {
+        const std::string out = dir_ + "/stdout";
+        const std::string err = dir_ + "/stderr";
+        const std::string cmd = "'" + zem_ + "' " + args + " > '" + out + "' 2> '" + err + "'";
+        const int raw = std::system(cmd.c_str());
+        Result r;
+        r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+        r.out = Slurp(out);
+        r.err = Slurp(err);
+        return r;
+    }
+
+    std::string File(const std::string& name, const std::string& content) {
+        const std::string path = dir_ + "/" + name;
+        std::ofstream(path, std::ios::binary) << content;
+        return path;
+    }
+
+    std::string Example() const { return std::string(ZEM_SOURCE_DIR) + "/examples/blend.mps"; }
+
+    std::string dir_;
+    std::string zem_;
+};
+
+struct DestroyModel {
+    void operator()(ILPStdDataMgr* m) const { m->Destroy(); }
+};
+
+// The same file read in this process, as zem reads it.
+std::unique_ptr<ILPStdDataMgr, DestroyModel> ReadHere(const std::string& path) {
+    ILPStdDataMgr* m = nullptr;
+    CreateLPStdDataObject(&m);
+    std::unique_ptr<ILPStdDataMgr, DestroyModel> model(m);
+    model->SetModelTitle("");
+    MPSStdReader reader(model.get());
+    reader.ReadMPSFile(path.c_str());
+    return model;
+}
+
+// A model with awkward names and values: a tab, a quote, a backslash, a
+// byte that is not UTF-8 and one that is, and numbers that need all their
+// digits.
+std::string Awkward() {
+    using mpstest::Card;
+    return mpstest::Lines({
+        "NAME      Q\"UOTE\\",
+        "ROWS",
+        Card("N", "COST"),
+        Card("L", "R\tTAB"),
+        Card("G", "CAF\xc3\xa9"),
+        Card("E", "BAD\xff"),
+        "COLUMNS",
+        Card("", "X1", "COST", "0.1", "R\tTAB", "0.3333333333"),
+        Card("", "X1", "CAF\xc3\xa9", "1e-300", "BAD\xff", "-1234567.125"),
+        Card("", "X2", "COST", "1E20", "R\tTAB", "2.5"),
+        "RHS",
+        Card("", "RHS", "R\tTAB", "7.1", "CAF\xc3\xa9", "-0"),
+        "RANGES",
+        Card("", "RNG", "R\tTAB", "0.7"),
+        "BOUNDS",
+        Card("MI", "BND", "X1"),
+        Card("UP", "BND", "X1", "1e20"),
+        Card("SB", "BND", "X2", "0.25"),
+        "SETS",
+        Card("S2", "SET1", "X2", "1", "X1", "2"),
+        "ENDATA",
+    });
+}
+
+}  // namespace
+
+TEST_F(ZemCli, InfoSummarisesTheExampleModel) {
+    const Result r = Run("info '" + Example() + "'");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out,
+              "Title:      BLEND\n"
+              "Variables:  4\n"
+              "  Continuous                  4\n"
+              "Equations:  6\n"
+              "  OBJ                         1\n"
+              "  EQ                          1\n"
+              "  LE                          2\n"
+              "  GE                          1\n"
+              "  FREE                        1\n"
+              "Nonzeros:   23\n"
+              "Sets:       0\n");
+
+    const Result j = Run("info --json '" + Example() + "'");
+    ASSERT_EQ(j.status, 0) << j.err;
+    const jsontest::Value v = jsontest::Parse(j.out);
+    EXPECT_EQ(v.Keys(), (std::vector<std::string>{"title", "variables", "equations", "nonzeros",
+                                                  "sets", "variable_types", "equation_types"}));
+    EXPECT_EQ(v["title"].text, "BLEND");
+    EXPECT_EQ(v["variables"].number, 4);
+    EXPECT_EQ(v["equations"].number, 6);
+    EXPECT_EQ(v["nonzeros"].number, 23);
+    EXPECT_EQ(v["sets"].number, 0);
+    EXPECT_EQ(v["variable_types"].Keys(), (std::vector<std::string>{"Continuous"}));
+    EXPECT_EQ(v["variable_types"]["Continuous"].number, 4);
+    EXPECT_EQ(v["equation_types"].Keys(),
+              (std::vector<std::string>{"OBJ", "EQ", "LE", "GE", "FREE"}));
+    EXPECT_EQ(v["equation_types"]["LE"].number, 2);
+}
+
+TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
+    const std::string path = File("awkward.mps", Awkward());
+    const Result r = Run("dump '" + path + "'");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const jsontest::Value v = jsontest::Parse(r.out);
+    EXPECT_EQ(v.Keys(),
+              (std::vector<std::string>{"title", "variables", "equations", "nonzeros", "sets"}));
+
+    auto model = ReadHere(path);
+    std::string title;
+    model->GetModelTitle(title);
+    EXPECT_EQ(v["title"].text, title);
+    EXPECT_EQ(title, "Q\"UOTE\\");
+
+    ILPVariableList* vars = nullptr;
+    model->GetVariableCollectionIntf(&vars);
+    size_t i = 0;
+    for (ILPVariable* x = vars->FrstVariableObject(); x; x = vars->NextVariableObject(), ++i) {
+        const jsontest::Value& o = v["variables"][i];
+        EXPECT_EQ(o.Keys(), (std::vector<std::string>{"name", "type", "status", "lower", "upper",
+                                                      "value", "temp_lower", "step"}));
+        EXPECT_EQ(o["name"].text, x->GetName());
+        EXPECT_EQ(o["type"].number, x->GetVarType());
+        EXPECT_EQ(o["status"].number, x->GetVarStatus());
+        EXPECT_EQ(o["lower"].number, x->GetBoundLower());
+        EXPECT_EQ(o["upper"].number, x->GetBoundUpper());
+        EXPECT_EQ(o["value"].number, x->GetVarValue());
+        EXPECT_EQ(o["temp_lower"].number, x->GetTempBoundLower());
+        EXPECT_EQ(o["step"].number, x->GetStepBound());
+    }
+    EXPECT_EQ(i, 2u);
+    EXPECT_EQ(v["variables"].items.size(), 2u);
+    EXPECT_EQ(v["variables"][0]["lower"].number, -1e20);
+    EXPECT_EQ(v["variables"][1]["status"].number, 203);
+
+    ILPEquationList* eqns = nullptr;
+    model->GetEquationCollectionIntf(&eqns);
+    i = 0;
+    for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject(), ++i) {
+        const jsontest::Value& o = v["equations"][i];
+        EXPECT_EQ(o.Keys(), (std::vector<std::string>{"name", "type", "rhs", "range", "rhs_lower",
+                                                      "rhs_upper", "scale"}));
+        EXPECT_EQ(o["name"].text, e->GetName());
+        EXPECT_EQ(o["type"].number, e->GetType());
+        EXPECT_EQ(o["rhs"].number, e->GetRHS());
+        EXPECT_EQ(o["range"].number, e->GetRange());
+        EXPECT_EQ(o["rhs_lower"].number, e->GetRHSLo());
+        EXPECT_EQ(o["rhs_upper"].number, e->GetRHSUp());
+        EXPECT_EQ(o["scale"].number, e->GetEqnScale());
+    }
+    EXPECT_EQ(i, 4u);
+    EXPECT_EQ(v["equations"][1]["name"].text, "R\tTAB");
+    EXPECT_EQ(v["equations"][2]["name"].text, "CAF\xc3\xa9");
+    EXPECT_EQ(v["equations"][3]["name"].text, "BAD\xff");
+    // The invalid byte is escaped; the valid UTF-8 is written as it is.
+    EXPECT_NE(r.out.find("\"BAD\\u00ff\""), std::string::npos);
+    EXPECT_NE(r.out.find("\"CAF\xc3\xa9\""), std::string::npos);
+
+    ILPMatrix* matrix = nullptr;
+    model->GetMatrixIntf(&matrix);
+    i = 0;
+    for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz; nz = matrix->NextNonZeroObject(), ++i) {
+        const jsontest::Value& o = v["nonzeros"][i];
+        EXPECT_EQ(o.Keys(), (std::vector<std::string>{"equation", "variable", "coefficient"}));
+        EXPECT_EQ(o["equation"].text, nz->GetEquationPtr()->GetName());
+        EXPECT_EQ(o["variable"].text, nz->GetVariablePtr()->GetName());
+        EXPECT_EQ(o["coefficient"].number, nz->GetCoefficient());
+    }
+    EXPECT_EQ(i, 6u);
+    EXPECT_EQ(v["nonzeros"][1]["coefficient"].number, 0.3333333333);
+    EXPECT_EQ(v["nonzeros"][4]["coefficient"].number, 1e20);
+    EXPECT_NE(r.out.find("1e+20"), std::string::npos);
+
+    const jsontest::Value& set = v["sets"][0];
+    EXPECT_EQ(set["name"].text, "SET1");
+    EXPECT_EQ(set["type"].number, 2);
+    ASSERT_EQ(set["variables"].items.size(), 2u);
+    EXPECT_EQ(set["variables"][0].text, "X2");
+    EXPECT_EQ(set["variables"][1].text, "X1");
+}
+
+TEST_F(ZemCli, DisplayPrintsTheModelsOwnListings) {
+    auto model = ReadHere(Example());
+    struct {
+        const char* option;
+        void (ILPStdDataMgr::*display)(std::ostream&);
+        const char* heading;
+    } cases[] = {
+        {"", &ILPStdDataMgr::Display, "D I S P L A Y   O F   L P   D A T A   O B J E C T"},
+        {" --by-row", &ILPStdDataMgr::DisplayByRow, "B Y   R O W"},
+        {" --by-column", &ILPStdDataMgr::DisplayByColumn, "B Y   C O L U M N"},
+        {" --algebraic", &ILPStdDataMgr::AlgebraicDisplay, "A L G E B R A I C"},
+    };
+    for (const auto& c : cases) {
+        const Result r = Run("display '" + Example() + "'" + c.option);
+        ASSERT_EQ(r.status, 0) << c.option << r.err;
+        std::ostringstream expected;
+        (model.get()->*c.display)(expected);
+        EXPECT_EQ(r.out, expected.str()) << c.option;
+        EXPECT_NE(r.out.find(c.heading), std::string::npos) << c.option;
+    }
+}
+
+TEST_F(ZemCli, FormatComesFromTheExtensionOrTheOption) {
+    const std::string txt = File("model.txt", Slurp(Example()));
+    const std::string upper = File("MODEL.MPS", Slurp(Example()));
+    EXPECT_EQ(Run("info '" + txt + "'").status, 2);
+    EXPECT_EQ(Run("info --format mps '" + txt + "'").status, 0);
+    EXPECT_EQ(Run("info --format=MPS '" + txt + "'").status, 0);
+    EXPECT_EQ(Run("info '" + upper + "'").status, 0);
+    const Result bad = Run("info --format lp '" + txt + "'");
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_NE(bad.err.find("unknown input format 'lp'"), std::string::npos) << bad.err;
+    EXPECT_EQ(bad.out, "");
+}
+
+TEST_F(ZemCli, UsageErrorsExitWithTwo) {
+    for (const std::string& args :
+         {std::string(""), std::string("frobnicate x.mps"), std::string("info"),
+          std::string("info --bogus '") + Example() + "'",
+          std::string("info '") + Example() + "' extra",
+          std::string("display --by-row --algebraic '") + Example() + "'",
+          std::string("dump --format"), std::string("info --json=yes x.mps")}) {
+        const Result r = Run(args);
+        EXPECT_EQ(r.status, 2) << args;
+        EXPECT_NE(r.err.find("zem: "), std::string::npos) << args;
+        EXPECT_NE(r.err.find("zem --help"), std::string::npos) << args;
+        EXPECT_EQ(r.out, "") << args;
+    }
+}
+
+TEST_F(ZemCli, LibraryFailuresExitWithOneAndShowTheException) {
+    const Result missing = Run("info '" + dir_ + "/absent.mps'");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("Exception Name : ZEM_ExcpFileError"), std::string::npos) << missing.err;
+    EXPECT_NE(missing.err.find("File Not Found"), std::string::npos) << missing.err;
+    EXPECT_EQ(missing.out, "");
+
+    const std::string bad = File("bad.mps", "NAME\nROWS\n N  C\nCOLUMNS\n    X         NOROW        1\nENDATA\n");
+    const Result r = Run("dump '" + bad + "'");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_NE(r.err.find("Exception Name : MPS Manager Failure\n"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("Exception Reason : Read of MPS Failed\n"), std::string::npos);
+    EXPECT_NE(r.err.find("Exception Name : MPS COLUMNS Section Error - Invalid Row Name\n"),
+              std::string::npos);
+    EXPECT_NE(r.err.find("MPS input line 5\n"), std::string::npos);
+}
+
+TEST_F(ZemCli, HelpExplainsCommandsOptionsFormatsAndExitStatus) {
+    const Result main = Run("--help");
+    EXPECT_EQ(main.status, 0);
+    for (const char* word : {"info", "dump", "display", ".mps", "--format", "Exit status"}) {
+        EXPECT_NE(main.out.find(word), std::string::npos) << word;
+    }
+    const Result info = Run("info --help");
+    EXPECT_EQ(info.status, 0);
+    EXPECT_NE(info.out.find("Usage: zem info FILE"), std::string::npos);
+    EXPECT_NE(info.out.find("--json"), std::string::npos);
+    EXPECT_NE(info.out.find("variable_types"), std::string::npos);
+    const Result display = Run("display --help");
+    for (const char* word : {"--by-row", "--by-column", "--algebraic"}) {
+        EXPECT_NE(display.out.find(word), std::string::npos) << word;
+    }
+    EXPECT_NE(Run("dump --help").out.find("temp_lower"), std::string::npos);
+}

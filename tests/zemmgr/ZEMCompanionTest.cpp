@@ -1,0 +1,301 @@
+// Builder, execution, transform and hierarchy companions, and the iteration
+// data snapshot.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "ZEMTestModel.h"
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableCollection.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMException.h"
+#include "nlpdata/INonLinearModel.h"
+#include "zemmgr/IIterationData.h"
+#include "zemmgr/IZEMHierarchy.h"
+#include "zemmgr/IZEMModelBuilder.h"
+#include "zemmgr/IZEMModelExecution.h"
+#include "zemmgr/IZEMModelTransform.h"
+
+namespace {
+
+struct Failure {
+    std::string name, reason, routine;
+};
+
+template <typename F>
+Failure failureOf(F&& f) {
+    try {
+        f();
+    } catch (ZEM_Exception& e) {
+        return {e.Name(), e.Reason(), e.Routine()};
+    }
+    return {"", "", "no exception"};
+}
+
+IZEMModelBuilder* builder(IZEMMgr* m) {
+    IZEMModelBuilder* b = nullptr;
+    m->GetModelBuilderIntf(&b);
+    return b;
+}
+
+}  // namespace
+
+TEST(ZEMModelBuilder, CompanionsAreMadeOnceAndOwned) {
+    ZEMMgrPtr m = NewMgr();
+    IZEMModelBuilder* b1 = builder(m.get());
+    EXPECT_EQ(builder(m.get()), b1);
+    IZEMModelExecution *e1 = nullptr, *e2 = nullptr;
+    m->GetModelExecutionIntf(&e1);
+    m->GetModelExecutionIntf(&e2);
+    EXPECT_EQ(e1, e2);
+    IZEMModelTransform* t = nullptr;
+    IZEMHierarchy* h = nullptr;
+    m->GetModelTransformIntf(&t);
+    m->GetZEMHierarchyIntf(&h);
+    EXPECT_NE(t, nullptr);
+    EXPECT_NE(h, nullptr);
+}
+
+TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
+    ZEMMgrPtr m = NewMgr();
+    IZEMModelBuilder* b = builder(m.get());
+    ILPVariable *v1 = nullptr, *v2 = nullptr;
+    b->MakeAddReturnVariable("V", &v1);
+    b->MakeAddReturnVariable("V", &v2);
+    EXPECT_EQ(v1, v2);
+    ILPVariable* n = nullptr;
+    b->MakeAddReturnVariableNew("N", -2.0, 8.0, 3.0, 3, &n);
+    EXPECT_EQ(n->GetBoundLower(), -2.0);
+    EXPECT_EQ(n->GetBoundUpper(), 8.0);
+    EXPECT_EQ(n->GetVarValue(), 3.0);
+    EXPECT_EQ(n->GetVarType(), 3);
+    EXPECT_EQ(n->GetIndex(), 2);
+
+    ILPEquation *e1 = nullptr, *e2 = nullptr;
+    b->MakeAddReturnEquation("E", &e1);
+    b->MakeAddReturnEquation("E", &e2);
+    EXPECT_EQ(e1, e2);
+    ILPEquation* g = nullptr;
+    b->MakeAddReturnEquationNew("G", 4, 10.0, -5.0, &g);
+    EXPECT_EQ(g->GetType(), 4);
+    EXPECT_EQ(g->GetRHSLo(), 10.0);
+    EXPECT_EQ(g->GetRHSUp(), 15.0);
+
+    ILPNonZero *a = nullptr, *c = nullptr;
+    b->MakeAddReturnLinearNonZero("G", "N", 2.0, &a);
+    b->MakeAddReturnLinearNonZeroNew(g, n, 1.5, &c);
+    EXPECT_EQ(a, c);  // summed into the same entry
+    EXPECT_EQ(a->GetCoefficient(), 3.5);
+}
+
+TEST(ZEMModelBuilder, TermsAndSets) {
+    ZEMMgrPtr m = NewMgr();
+    IZEMModelBuilder* b = builder(m.get());
+    ILPVariable *x, *y;
+    ILPEquation* r;
+    b->MakeAddReturnVariableNew("X", 0, 10, 2.0, 1, &x);
+    b->MakeAddReturnVariableNew("Y", 0, 10, 3.0, 1, &y);
+    b->MakeAddReturnEquationNew("R", 2, 0.0, 0.0, &r);
+
+    INonLinearity* t = nullptr;
+    b->MakeNonLinearityByName("XPROD", r, &t);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->GetType(), 1);
+    t->AddNLConstantObject(5.0);
+    t->AddVariableObject(x);
+    t->AddVariableObject(y);
+    EXPECT_EQ(b->AddNonLinearity(t), 1);
+    INonLinearModel* nl = nullptr;
+    m->GetNonLinearModelIntf(&nl);
+    EXPECT_DOUBLE_EQ(nl->EvaluateRow(r->GetIndex()), 30.0);
+
+    INonLinearity* lg = nullptr;
+    ILPVariable* arg[] = {x};
+    const double c[] = {1.0, 1.0};
+    b->MakeNonLinearityLog(r, 1, arg, 2, c, &lg);
+    EXPECT_EQ(lg->GetType(), 2);
+    EXPECT_EQ(nl->NumberOfNonLinearities(), 2);
+    EXPECT_NEAR(nl->EvaluateRow(r->GetIndex()), 30.0 + std::log(3.0), 1e-12);
+
+    INonLinearity* byCode = nullptr;
+    b->MakeNonLinearityByCode(3, r, &byCode);
+    EXPECT_EQ(byCode->GetType(), 3);
+    byCode->Destroy();  // never added to the pool
+
+    ILPSpOrdSet* s = nullptr;
+    ILPVariable* members[] = {x, y, x};
+    b->MakeSpecialOrderedSet("S", 2, 3, members, &s);
+    EXPECT_EQ(s->GetSize(), 2);
+    EXPECT_EQ(s->GetType(), 2);
+    ILPSpOrdSetList* sets = nullptr;
+    m->GetSpOrdSetCollectionIntf(&sets);
+    EXPECT_EQ(sets->SOSNameLookup("S"), s);
+}
+
+TEST(ZEMModelBuilder, FailureTexts) {
+    ZEMMgrPtr m = NewMgr();
+    IZEMModelBuilder* b = builder(m.get());
+    ILPVariable* x = nullptr;
+    b->MakeAddReturnVariableNew("X", 0, 1, 0, 1, &x);
+    ILPVariable* args[] = {x};
+    const double c[] = {1.0};
+    INonLinearity* t = nullptr;
+
+    Failure f = failureOf([&] { b->MakeNonLinearityByName("NOSUCH", nullptr, &t); });
+    EXPECT_EQ(f.name, "ZEMModelBuilder Error");
+    EXPECT_EQ(f.reason, "MakeNonLinearityByName - Could not resolve nonlinearity by name");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityByName");
+
+    // A maker without a row cannot make its term.
+    f = failureOf([&] { b->MakeNonLinearityLog(nullptr, 1, args, 1, c, &t); });
+    EXPECT_EQ(f.name, "ZEMModelBuilder Error");
+    EXPECT_EQ(f.reason, "MakeNonLinearityLog - Unable to create new Nonlinearity object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityLog");
+    // The two power makers report the exponential maker's function.
+    f = failureOf([&] { b->MakeNonLinearityPow(nullptr, 1, args, 1, c, &t); });
+    EXPECT_EQ(f.reason, "MakeNonLinearityPow - Unable to create new Nonlinearity object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityExp");
+    f = failureOf([&] { b->MakeNonLinearityXPow(nullptr, 1, args, 1, c, &t); });
+    EXPECT_EQ(f.reason, "MakeNonLinearityXPow - Unable to create new Nonlinearity object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityExp");
+    f = failureOf([&] { b->MakeNonLinearityEVAPGDOT(nullptr, 1, args, 1, c, &t); });
+    EXPECT_EQ(f.reason, "MakeNonLinearityEVAPGDOT - Unable to create new Nonlinearity object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityEVAPGDOT");
+    // The user-equation maker reports the correlation maker's texts.
+    f = failureOf([&] { b->MakeNonLinearityFastNLE("USEREQ:U", "", "", nullptr, 1, args, 1, c, &t); });
+    EXPECT_EQ(f.reason, "MakeNonLinearityFastQCL - Unable to create new Nonlinearity object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityFastQCL");
+
+    f = failureOf([&] { b->MakeAddLinearNonZeroNew(nullptr, x, 1.0); });
+    EXPECT_EQ(f.name, "ZEMModelBuilder Error");
+    EXPECT_EQ(f.reason, "MakeAddLinearNonZeroNew - Unable to create new NonZero object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeAddLinearNonZeroNew");
+
+    f = failureOf([&] { b->MakeSpecialOrderedSet("S", 1, -1, nullptr, nullptr); });
+    EXPECT_EQ(f.reason, "MakeSpecialOrderedSet - Unable to create new Special Ordered Set object");
+    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeSpecialOrderedSet");
+
+    INonLinearModel* nl = nullptr;
+    m->GetNonLinearModelIntf(&nl);
+    EXPECT_EQ(nl->NumberOfNonLinearities(), 0);  // nothing half-made was kept
+}
+
+TEST(ZEMModelExecution, EvaluatesByNameAndReportsUnknownNames) {
+    ZEMMgrPtr m = NewMgr();
+    BuildRichModel(m.get());
+    IZEMModelExecution* ex = nullptr;
+    m->GetModelExecutionIntf(&ex);
+    // E1 = 3 X1 + 2 X1 X2 + 4 with X1 = 0.5, X2 = 1.5.
+    EXPECT_DOUBLE_EQ(ex->EvaluateEquation("E1"), 1.5 + 1.5 + 4.0);
+    EXPECT_DOUBLE_EQ(ex->GetRowValue("E1"), 7.0);
+    EXPECT_DOUBLE_EQ(ex->EquationResidual("E1"), 3.0);
+    EXPECT_EQ(ex->EvaluateAllEquations(), 5);
+    for (const char* op : {"EvaluateEquation", "GetRowValue"}) {
+        Failure f = failureOf([&] {
+            if (std::string(op) == "GetRowValue")
+                ex->GetRowValue("NOPE");
+            else
+                ex->EvaluateEquation("NOPE");
+        });
+        EXPECT_EQ(f.name, "ZEMModelExecution Error");
+        EXPECT_EQ(f.reason, "Equation name not found");
+        EXPECT_EQ(f.routine, std::string("ZEMModelExecution::") + op);
+    }
+}
+
+TEST(ZEMModelTransform, FixScaleProjectDropRanges) {
+    ZEMMgrPtr m = NewMgr();
+    BuildRichModel(m.get());
+    IZEMModelTransform* tr = nullptr;
+    m->GetModelTransformIntf(&tr);
+    ILPVariableList* vars = nullptr;
+    ILPEquationList* eqns = nullptr;
+    ILPMatrix* mx = nullptr;
+    m->GetVariableCollectionIntf(&vars);
+    m->GetEquationCollectionIntf(&eqns);
+    m->GetMatrixIntf(&mx);
+
+    EXPECT_TRUE(tr->FixVariable("X4", 2.5));
+    EXPECT_EQ(vars->VarNameLookup("X4")->GetBoundLower(), 2.5);
+    EXPECT_EQ(vars->VarNameLookup("X4")->GetVarStatus(), 3);
+    EXPECT_FALSE(tr->FixVariable("NOPE", 1.0));
+
+    // F1 is linear: 0.5 X5 + 6 X2.
+    ILPEquation* f1 = eqns->EqnNameLookup("F1");
+    EXPECT_TRUE(tr->ScaleEquation("F1", -2.0));
+    EXPECT_EQ(mx->ExistIncidence(f1->GetIndex(), 2)->GetCoefficient(), -12.0);
+    EXPECT_EQ(f1->GetEqnScale(), 5.0 * -2.0);
+    // L1 (<=, range 2) is nonlinear: refused; G1 too.
+    EXPECT_FALSE(tr->ScaleEquation("L1", 2.0));
+    EXPECT_FALSE(tr->ScaleEquation("OBJ", 0.0));
+
+    vars->VarNameLookup("X1")->SetVarValue(99.0);
+    EXPECT_EQ(tr->ProjectValuesOntoBounds(), 1);
+    EXPECT_EQ(vars->VarNameLookup("X1")->GetVarValue(), 10.0);
+    EXPECT_EQ(tr->DropRanges(), 2);
+    EXPECT_EQ(eqns->EqnNameLookup("G1")->GetRHSUp(), 1.0);
+}
+
+TEST(ZEMHierarchy, UnitsFromNames) {
+    ZEMMgrPtr m = NewMgr();
+    BuildRichModel(m.get(), "U1.");
+    ZEMMgrPtr other = NewMgr();
+    BuildRichModel(other.get());
+    m->AppendFromZEM(other.get(), "U2.", nullptr);
+    IZEMHierarchy* h = nullptr;
+    m->GetZEMHierarchyIntf(&h);
+    EXPECT_EQ(h->Units(), (std::vector<std::string>{"U1", "U2"}));
+    EXPECT_EQ(h->UnitVariableCount("U2"), 5);
+    EXPECT_EQ(h->UnitEquationCount("U1"), 5);
+    EXPECT_EQ(h->CollectUnitVariables("U2", "U2VARS"), 5);
+    EXPECT_EQ(h->CollectUnitVariables("U1", "U2VARS"), 5);  // refilled, not grown
+    ILPVariableCollection* col = nullptr;
+    m->FindNamedVarCollection("U2VARS", &col);
+    EXPECT_STREQ(col->FrstVariableObject()->GetName(), "U1.X1");
+    h->SetSeparator('_');
+    EXPECT_TRUE(h->Units().empty());
+}
+
+TEST(ZEMIterationData, SnapshotAndRefresh) {
+    IIterationData* empty = nullptr;
+    IZEMIterationDataCreateInstance(&empty, 3, 0);
+    ASSERT_NE(empty, nullptr);
+    EXPECT_EQ(empty->NumberOfVarRecords(), 3);
+    EXPECT_EQ(empty->NumberOfEqnRecords(), 0);
+    empty->Destroy();
+
+    ZEMMgrPtr m = NewMgr();
+    BuildRichModel(m.get());
+    IIterationData* it = nullptr;
+    IZEMIterationDataCreateInstanceFromZEM(&it, m.get());
+    ASSERT_NE(it, nullptr);
+    ASSERT_EQ(it->NumberOfVarRecords(), 5);
+    ASSERT_EQ(it->NumberOfEqnRecords(), 5);
+    ILPVariableList* vars = nullptr;
+    m->GetVariableCollectionIntf(&vars);
+    tVarIterDataStruct expected{};
+    vars->VarNameLookup("X3")->PopulateVarIterStruct(expected);
+    EXPECT_EQ(std::memcmp(&it->ArrayVarDataStruct()[2], &expected, sizeof expected), 0);
+
+    std::vector<tVarIterDataStruct> before(it->ArrayVarDataStruct(),
+                                           it->ArrayVarDataStruct() + 5);
+    vars->VarNameLookup("X2")->SetVarValue(42.0);
+    it->UpdateVarandEqnArrays(m.get());
+    for (int k = 0; k < 5; ++k) {
+        const bool same = std::memcmp(&before[k], &it->ArrayVarDataStruct()[k],
+                                      sizeof(tVarIterDataStruct)) == 0;
+        EXPECT_EQ(same, k != 1) << k;
+    }
+    it->Destroy();
+
+    IZEMIterationDataCreateInstanceFromZEM(&it, nullptr);
+    EXPECT_EQ(it, nullptr);
+}

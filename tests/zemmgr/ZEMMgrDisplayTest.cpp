@@ -1,0 +1,207 @@
+// Listings of the model manager: heading, algebraic forms, nonlinear matrix,
+// GAMS source, summary and penalty files.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "ZEMTestModel.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ZEMException.h"
+#include "zemmgr/IZEMModelBuilder.h"
+#include "zemmgr/IZEMOptionTable.h"
+
+namespace {
+
+bool has(const std::string& text, const std::string& piece) {
+    return text.find(piece) != std::string::npos;
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path);
+    std::ostringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+}
+
+// Row "R": X - 2 Y + 3 X*Y >= 1 with range 4; X in [0, 5], Y fixed at 2.
+ZEMMgrPtr smallModel() {
+    ZEMMgrPtr m = NewMgr();
+    m->SetModelTitle("small");
+    IZEMModelBuilder* b = nullptr;
+    m->GetModelBuilderIntf(&b);
+    ILPVariable *x, *y;
+    ILPEquation *r, *obj;
+    b->MakeAddReturnVariableNew("X", 0.0, 5.0, 1.0, 1, &x);
+    b->MakeAddReturnVariableNew("y", 2.0, 2.0, 2.0, 1, &y);
+    b->MakeAddReturnEquationNew("R", 4, 1.0, 4.0, &r);
+    b->MakeAddReturnEquationNew("COST", 1, 0.0, 0.0, &obj);
+    b->MakeAddLinearNonZeroNew(r, x, 1.0);
+    b->MakeAddLinearNonZeroNew(r, y, -2.0);
+    b->MakeAddLinearNonZeroNew(obj, x, 1.0);
+    ILPVariable* args[] = {x, y};
+    const double c[] = {3.0};
+    b->MakeNonLinearityFast(1, r, 2, args, 1, c, nullptr);
+    m->ProcessFullCollection();
+    return m;
+}
+
+}  // namespace
+
+TEST(ZEMMgrDisplay, HeadingIsExact) {
+    ZEMMgrPtr m = smallModel();
+    IZEMOptionTable* opt = nullptr;
+    m->GetOptionTableIntf(&opt);
+    opt->SetOption("K", "V", nullptr);
+    std::ostringstream os;
+    m->DisplayHeading(os);
+    EXPECT_EQ(os.str(),
+              "\nD I S P L A Y   O F   Z E M   D A T A   O B J E C T\n"
+              "- - - - - - -   - -   - - -   - - - -   - - - - - -\n\n"
+              "M O D E L   T I T L E   :  small\n\n"
+              "D I M E N S I O N S : N = 2; M = 2; M (Nonlinear) = 1; NZ = 3; "
+              "NZ (Nonlinear) = 2;\n\n"
+              "\nO P T I O N   T A B L E   D I S P L A Y\n"
+              "- - - - - -   - - - - -   - - - - - - -\n\n"
+              "  K : V\n");
+}
+
+TEST(ZEMMgrDisplay, AlgebraicForms) {
+    ZEMMgrPtr m = smallModel();
+    std::ostringstream os;
+    m->AlgebraicDisplay(os);
+    const std::string text = os.str();
+    EXPECT_TRUE(has(text, " A L G E B R A I C   D I S P L A Y   O F   N O N L I N E A R   M O D E L\n"));
+    // Row R: limits [1, 5], linear entries with 4 significant digits.
+    EXPECT_TRUE(has(text, "  1.0000e+00 <=             R <=  5.0000e+00    NONLINEAR ("));
+    EXPECT_TRUE(has(text, "+ 1.000*X - 2.000*y ")) << text;
+    EXPECT_TRUE(has(text, "\nV A R I A B L E   S U M M A R Y\n"));
+    EXPECT_TRUE(has(text, "  0.0000e+00 <=             X <=  5.0000e+00  ( 1.0000e+00)  BASIC\n"));
+    EXPECT_TRUE(has(text, "\nN A M E D   V A R I A B L E   C O L L E C T I O N   S U M M A R Y\n"));
+    EXPECT_TRUE(has(text, "Number of External Blocks = 0\n"));
+    EXPECT_FALSE(has(text, "Total Number"));
+
+    std::ostringstream xlr;
+    m->AlgebraicDisplayXLR(xlr);
+    const std::string x = xlr.str();
+    EXPECT_TRUE(has(x, "     Total Number of Variables  =       2  (      0 integer   ) "));
+    EXPECT_TRUE(has(x, "     Total Number of Equations  =       2  (      1 nonlinear ) "));
+    EXPECT_TRUE(has(x, "     Total Number of Non-zeroes =       3  (      2 nonlinear ) "));
+    EXPECT_TRUE(has(x, "+ 1.00000*X - 2.00000*y ")) << x;
+}
+
+TEST(ZEMMgrDisplay, HybridListingNeedsVariableAndHybridModel) {
+    ZEMMgrPtr m = smallModel();
+    ::setenv("SHOW_HYBRID_MODEL", "1", 1);
+    std::ostringstream plain;
+    m->AlgebraicDisplay(plain);  // not a hybrid model: formulas
+    m->SetHybridModel(true);
+    std::ostringstream hybrid;
+    m->AlgebraicDisplay(hybrid);
+    ::unsetenv("SHOW_HYBRID_MODEL");
+    EXPECT_FALSE(has(plain.str(), "HybridFn("));
+    EXPECT_TRUE(has(hybrid.str(), "XPROD .H.   HybridFn(X, y) ")) << hybrid.str();
+}
+
+TEST(ZEMMgrDisplay, NonLinearMatrixShowsCoefficientAndSlope) {
+    ZEMMgrPtr m = smallModel();
+    m->SetupModelLinearization();
+    std::ostringstream os;
+    m->NonLinearMatrixDisplay(os);
+    const std::string text = os.str();
+    EXPECT_TRUE(has(text, "\nD I S P L A Y   O F   N O N L I N E A R   M O D E L   M A T R I X\n"));
+    // X: coefficient 1, slope 1 + 3*2 = 7; y: -2 and -2 + 3*1 = 1.
+    EXPECT_TRUE(has(text, "+ (1.000|7.000)*X - (2.000|1.000)*y ")) << text;
+    EXPECT_TRUE(has(text, "      1 <=             R <=      5    NONLINEAR")) << text;
+}
+
+TEST(ZEMMgrDisplay, ByColumnHeading) {
+    ZEMMgrPtr m = smallModel();
+    std::ostringstream os;
+    m->DisplayByColumn(os);
+    EXPECT_TRUE(has(os.str(), "\nD I S P L A Y   O F   M A T R I X   B Y   C O L U M N\n"));
+    std::ostringstream full;
+    m->Display(full);
+    EXPECT_TRUE(has(full.str(), "D I S P L A Y   O F   Z E M   D A T A   O B J E C T"));
+}
+
+TEST(ZEMMgrDisplay, GamsSource) {
+    ZEMMgrPtr m = smallModel();
+    std::ostringstream os;
+    m->GAMSModelInput(os);
+    const std::string g = os.str();
+    EXPECT_EQ(g.rfind("$OFFSYMLIST\n$OFFSYMXREF\n$EOLCOM # \n\n", 0), 0u);
+    EXPECT_TRUE(has(g, " POSITIVE VARIABLE  X ;\n"));
+    EXPECT_TRUE(has(g, " VARIABLE           y_y0 ;\n"));  // screened lower-case name
+    EXPECT_TRUE(has(g, "FREE VARIABLE COST_OBJ ;\n"));
+    EXPECT_TRUE(has(g, "  X.UP =  5.000000e+00 ;\n"));
+    EXPECT_TRUE(has(g, "  y_y0.FX =  2.000000e+00 ;\n"));
+    EXPECT_TRUE(has(g, "  X.L =  1.000000e+00 ;\n"));
+    EXPECT_TRUE(has(g, "EQUATIONS\n"));
+    EXPECT_TRUE(has(g, "* Expanded Range Rows\n\n  R_LE\n  R_GE\n"));
+    EXPECT_TRUE(has(g, "R_LE .. \n   + 1 * X\n   - 2 * y_y0\n   + 3 * X * y_y0 =L= 5 ;\n")) << g;
+    EXPECT_TRUE(has(g, "R_GE .. ")) << g;
+    EXPECT_TRUE(has(g, "COST .. COST_OBJ =E= \n   + 1 * X ;\n")) << g;
+    EXPECT_TRUE(has(g, "MODEL small_s0m1a2l3l4 /ALL/;\nOPTION ITERLIM = 10000; \n"
+                       "OPTION NLP = CONOPT3; \nsmall_s0m1a2l3l4.RESLIM = 10000; \n"
+                       "small_s0m1a2l3l4.WORKSPACE = 100; \n"
+                       "SOLVE small_s0m1a2l3l4 MAXIMIZING COST_OBJ USING NLP;\n"))
+        << g;
+}
+
+TEST(ZEMMgrDisplay, GamsRangeExpansionClash) {
+    ZEMMgrPtr m = smallModel();
+    IZEMModelBuilder* b = nullptr;
+    m->GetModelBuilderIntf(&b);
+    b->MakeAddEquationNew("R_LE", 3, 1.0, 0.0);
+    m->InsertMatrixEntry("R_LE", "X", 1.0, nullptr);
+    std::ostringstream os;
+    try {
+        m->GAMSModelInput(os);
+        FAIL() << "no exception";
+    } catch (ZEM_Exception& e) {
+        EXPECT_EQ(e.Reason(), "Error processing Range Rows in GAMS input generation");
+        EXPECT_EQ(e.Routine(), "ZEMMgr::GAMSModelInput");
+    }
+}
+
+TEST(ZEMMgrDisplay, SummaryFile) {
+    ZEMMgrPtr m = smallModel();
+    const std::string path = std::string(ZEM_BINARY_DIR) + "/zemmgr_summary.txt";
+    m->WriteZEMSummary(path.c_str());
+    const std::string text = readFile(path);
+    const size_t heading = text.find("D I S P L A Y   O F   Z E M   D A T A   O B J E C T");
+    const size_t algebraic = text.find("A L G E B R A I C   D I S P L A Y");
+    ASSERT_NE(heading, std::string::npos);
+    ASSERT_NE(algebraic, std::string::npos);
+    EXPECT_LT(heading, algebraic);
+    // The full listing repeats the heading after the algebraic listing.
+    EXPECT_NE(text.find("D I S P L A Y   O F   Z E M   D A T A", algebraic), std::string::npos);
+    std::remove(path.c_str());
+    m->WriteZEMSummary((std::string(ZEM_BINARY_DIR) + "/no_dir/s.txt").c_str());  // skipped
+}
+
+TEST(ZEMMgrDisplay, PenaltyFile) {
+    ZEMMgrPtr m = smallModel();
+    ILPVariableList* vars = nullptr;
+    m->GetVariableCollectionIntf(&vars);
+    vars->VarNameLookup("X")->SetRelaxedBoundUpper(6.0);
+    const std::string path = std::string(ZEM_BINARY_DIR) + "/zemmgr_penalty.dat";
+    EXPECT_EQ(m->WritePenaltyFile(path.c_str()), 0);
+    const std::string text = readFile(path);
+    EXPECT_TRUE(has(text, "\n1\nX  ")) << text;
+    EXPECT_TRUE(has(text, " 6.000000e+00\n")) << text;
+    std::remove(path.c_str());
+    try {
+        m->WritePenaltyFile((std::string(ZEM_BINARY_DIR) + "/no_dir/p.dat").c_str());
+        FAIL() << "no exception";
+    } catch (ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), "ZEMDataMgr Error");
+        EXPECT_EQ(e.Reason(), "Error during writing of Penalty.dat file");
+        EXPECT_EQ(e.Routine(), "ZEMMgr::WritePenaltyFile");
+    }
+}
