@@ -1,5 +1,6 @@
 #include "xmpsutil/XMPSWriter.h"
 
+#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -53,7 +54,10 @@ void XMPSWriter::WriteMPSFile(const char* path) {
                                 "XMPSWriter::WriteMPSFile", zemsrc::kXmpsUtil, __LINE__);
         }
         WriteBody("XMPSWriter::WriteMPSFile");
+        FlushOutput();
     } catch (...) {
+        // What was written stays in the file.
+        FlushOutput();
         CloseMPSFile(true);
         throw;
     }
@@ -82,7 +86,9 @@ void XMPSWriter::WriteToStream(std::stringstream* out, const char* routine) {
     AttachOutput(out);
     try {
         WriteBody(routine);
+        FlushOutput();
     } catch (...) {
+        FlushOutput();
         AttachOutput(nullptr);
         throw;
     }
@@ -121,6 +127,31 @@ void XMPSWriter::WriteBody(const char*) {
     WriteXMPSFooter();
 }
 
+// ---- Output ----
+//
+// Lines are gathered in a large buffer and handed to the file or stream in
+// blocks, which costs far less than one write per line.
+
+void XMPSWriter::EmitLine(const char* text, size_t n) {
+    ++m_lineCount;
+    m_output.append(text, n);
+    m_output.push_back('\n');
+    if (m_output.size() >= kOutputBlock) FlushOutput();
+}
+
+void XMPSWriter::FlushOutput() {
+    if (m_output.empty()) return;
+    if (m_file != nullptr) {
+        if (std::fwrite(m_output.data(), 1, m_output.size(), m_file) != m_output.size()) {
+            m_writeFailed = true;
+        }
+    } else if (m_stream != nullptr) {
+        m_stream->write(m_output.data(), static_cast<std::streamsize>(m_output.size()));
+        if (!*m_stream) m_writeFailed = true;
+    }
+    m_output.clear();
+}
+
 // The sections are written by WriteBody, in their fixed order.
 void XMPSWriter::ProcessExtendedSections() {}
 
@@ -151,28 +182,33 @@ bool XMPSWriter::IsNamed(const ILPVariable* var) const {
 // ---- Header and footer ----
 
 void XMPSWriter::WriteXMPSHeader() {
-    std::snprintf(m_lineBuffer, sizeof m_lineBuffer, "%s type=\"XMPS\" version=\"7.2\">",
-                  "<zemblockpersist");
-    PutMPSLine();
-    WriteHeaderCard("<zemXMPS>");
+    Line(*this).text("<zemblockpersist").text(" type=\"XMPS\" version=\"7.2\">").put();
+    HeaderLine("<zemXMPS>");
     std::string title;
     m_zem->GetModelTitle(title);
-    std::snprintf(m_lineBuffer, sizeof m_lineBuffer, "%s %s", "NAME", title.c_str());
-    PutMPSLine();
-    WriteHeaderCard("XTNDFMT");
+    Line(*this).text("NAME").ch(' ').text(title.c_str(), title.size()).put();
+    HeaderLine("XTNDFMT");
 }
 
 void XMPSWriter::WriteXMPSFooter() {
-    WriteHeaderCard("</zemXMPS>");
-    WriteHeaderCard("</zemblockpersist>");
+    HeaderLine("</zemXMPS>");
+    HeaderLine("</zemblockpersist>");
 }
 
-void XMPSWriter::XLINEARCard() { WriteHeaderCard("XLINEAR"); }
-void XMPSWriter::NONLINEARCard() { WriteHeaderCard("NONLINEAR"); }
-void XMPSWriter::TEMPBOUNDSCard() { WriteHeaderCard("TEMPBOUNDS"); }
-void XMPSWriter::INITIALCard() { WriteHeaderCard("INITIAL"); }
-void XMPSWriter::VARGROUPSCard() { WriteHeaderCard("VARGROUPS"); }
-void XMPSWriter::EXTERNMDLSCard() { WriteHeaderCard("EXTERNMDLS"); }
+void XMPSWriter::HeaderLine(const char* keyword) { Line(*this).text(keyword).put(); }
+
+void XMPSWriter::RHSCard() { HeaderLine("RHS"); }
+void XMPSWriter::RANGESCard() { HeaderLine("RANGES"); }
+void XMPSWriter::BOUNDSCard() { HeaderLine("BOUNDS"); }
+void XMPSWriter::SETSCard() { HeaderLine("SETS"); }
+void XMPSWriter::ENDATACard() { HeaderLine("ENDATA"); }
+
+void XMPSWriter::XLINEARCard() { HeaderLine("XLINEAR"); }
+void XMPSWriter::NONLINEARCard() { HeaderLine("NONLINEAR"); }
+void XMPSWriter::TEMPBOUNDSCard() { HeaderLine("TEMPBOUNDS"); }
+void XMPSWriter::INITIALCard() { HeaderLine("INITIAL"); }
+void XMPSWriter::VARGROUPSCard() { HeaderLine("VARGROUPS"); }
+void XMPSWriter::EXTERNMDLSCard() { HeaderLine("EXTERNMDLS"); }
 
 // ---- XLINEAR and NONLINEAR ----
 //
@@ -263,11 +299,27 @@ void XMPSWriter::WriteXLINEARData() {
                 if (nz->GetCoefficient() != 0.0) WriteCoefficientCard(nz);
             }
         }
-        for (ILPNonZero* nz = matrix->FrstNonZeroObjectByRow(); nz != nullptr;
-             nz = matrix->NextNonZeroObjectByRow()) {
-            if (nz->GetCoefficient() == 0.0) continue;
-            if (objective > 0 && nz->GetEquationPtr()->GetIndex() == objective) continue;
-            WriteCoefficientCard(nz);
+        // The entries are taken in batches whose rows are fetched into the
+        // cache ahead of formatting: rows are met in no particular memory
+        // order, and waiting on each one would dominate the write.
+        constexpr int kBatch = 256;
+        ILPNonZero* batch[kBatch];
+        ILPNonZero* nz = matrix->FrstNonZeroObject();
+        while (nz != nullptr) {
+            int n = 0;
+            for (; nz != nullptr && n < kBatch; nz = matrix->NextNonZeroObject()) {
+                if (nz->GetCoefficient() == 0.0) continue;
+                // The row object spans a few cache lines (name, type).
+                const char* eqn = reinterpret_cast<const char*>(nz->GetEquationPtr());
+                __builtin_prefetch(eqn);
+                __builtin_prefetch(eqn + 64);
+                __builtin_prefetch(eqn + 128);
+                batch[n++] = nz;
+            }
+            for (int k = 0; k < n; ++k) {
+                if (objective > 0 && batch[k]->GetEquationPtr()->GetIndex() == objective) continue;
+                WriteCoefficientCard(batch[k]);
+            }
         }
     }
     if (nl == nullptr) return;

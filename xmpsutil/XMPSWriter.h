@@ -45,6 +45,7 @@
 
 #include <cstdint>
 #include <sstream>
+#include <string>
 #include <vector>
 
 #include "mpsutil/MPSStdWriter.h"
@@ -72,6 +73,11 @@ public:
 
 protected:
     void ProcessExtendedSections() override;
+    void RHSCard() override;
+    void RANGESCard() override;
+    void BOUNDSCard() override;
+    void SETSCard() override;
+    void ENDATACard() override;
 
     virtual void WriteXMPSHeader();
     virtual void WriteXMPSFooter();
@@ -100,7 +106,11 @@ protected:
 
     IZEMDataMgr* m_zem = nullptr;
 
+    // Writes a header line: the keyword alone.
+    void HeaderLine(const char* keyword);
+
 private:
+    static constexpr size_t kOutputBlock = 1 << 18;
     class Line;
     friend class Line;
     void WriteBody(const char* routine);
@@ -112,6 +122,10 @@ private:
     void MarkNamed(const ILPVariable* var);
     bool IsNamed(const ILPVariable* var) const;
     void BoundCard(const char* key, const char* column, const double* value);
+    void EmitLine(const char* text, size_t n);
+    void FlushOutput();
+
+    std::string m_output;
 
     char m_rowLetter = 'E';
     bool m_xlinearHeaderWritten = false;

@@ -22,7 +22,13 @@ public:
     Line& text(const char* s, size_t len) {
         size_t room = static_cast<size_t>(kCap - m_n);
         if (len > room) len = room;
-        std::memcpy(m_w.m_lineBuffer + m_n, s, len);
+        char* dst = m_w.m_lineBuffer + m_n;
+        // Names and numbers are short: a plain loop beats memcpy's set-up.
+        if (len <= 32) {
+            for (size_t i = 0; i < len; ++i) dst[i] = s[i];
+        } else {
+            std::memcpy(dst, s, len);
+        }
         m_n += static_cast<int>(len);
         return *this;
     }
@@ -45,8 +51,7 @@ public:
     }
     int length() const { return m_n; }
     void put() {
-        m_w.m_lineBuffer[m_n] = '\0';
-        m_w.PutMPSLine();
+        m_w.EmitLine(m_w.m_lineBuffer, static_cast<size_t>(m_n));
         m_n = 0;
     }
 

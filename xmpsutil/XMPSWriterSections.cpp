@@ -253,7 +253,7 @@ void XMPSWriter::WriteXOPTIONData() {
         const auto other = second.find(entry.first);
         const bool withSecond = other != second.end() && OneToken(other->second);
         if (!header) {
-            WriteHeaderCard("XOPTION");
+            HeaderLine("XOPTION");
             header = true;
         }
         Line line(*this);
@@ -276,7 +276,7 @@ void XMPSWriter::WriteCOMPLEMENTData() {
         ILPVariable* target = v->GetComplementarityTarget();
         if (target == nullptr) continue;
         if (!header) {
-            WriteHeaderCard("COMPLEMENT");
+            HeaderLine("COMPLEMENT");
             header = true;
         }
         Line(*this).blanks(4).text(v->GetName()).blanks(2).text(target->GetName()).put();
