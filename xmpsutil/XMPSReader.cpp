@@ -168,6 +168,7 @@ void XMPSReader::ReadXMPSInput(std::istream*) {
     m_nonlinearSeen = false;
     m_initialRead = false;
     m_lastEquation = nullptr;
+    m_lastVariable = nullptr;
     if (m_extendedFormat) {
         SetExtendedFieldWidth();
     } else {
@@ -223,6 +224,7 @@ void XMPSReader::ReadSectionLoop() {
             case kMPSCardSETS: SETSData(); break;
             case kMPSCardENDATA:
                 m_lastEquation = nullptr;
+                m_lastVariable = nullptr;
                 CheckMPSStatus();
                 m_model->ProcessFullCollection();
                 return;
@@ -441,9 +443,14 @@ void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonL
 
 ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, const char* failText,
                                               const char* routine) {
+    // Cards of one column usually come together.
+    if (m_lastVariable != nullptr && std::strcmp(m_lastVariable->GetName(), name) == 0) {
+        return m_lastVariable;
+    }
     ILPVariable* var = FindVariable(name);
     if (var == nullptr) var = NewVariable(name);
     if (var == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
+    m_lastVariable = var;
     return var;
 }
 

@@ -201,7 +201,9 @@ private:
                                     const char* routine);
     ILPVariableList* FetchVariableList(const char* failText, const char* routine);
 
-    ILPEquation* m_lastEquation = nullptr;  // cards of one row usually come together
+    // The row and column of the last term card, tried before a lookup.
+    ILPEquation* m_lastEquation = nullptr;
+    ILPVariable* m_lastVariable = nullptr;
 };
 
 // Stores a new reader of `model` (null: the reader makes its own) in *out,
