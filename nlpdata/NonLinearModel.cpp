@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <new>
 #include <unordered_set>
 
 #include "lpdata/ILPEquation.h"
@@ -14,14 +15,17 @@
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/LPEquationList.h"
 #include "lpdata/LPMatrix.h"
+#include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 #include "nlpdata/INonLinearityFactory.h"
 #include "nlpdata/NLConstant.h"
+#include "nlpdata/NLEquationTerms.h"
 #include "nlpdata/NonLinearBlockList.h"
 #include "nlpdata/NLTypeCodes.h"
 
 NonLinearModel::NonLinearModel(ILPVariableList* vars, ILPEquationList* eqns)
-    : m_vars(vars), m_eqns(eqns), m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)) {
+    : m_vars(vars), m_eqns(eqns), m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)),
+      m_varImpl(dynamic_cast<const LPVariableList*>(vars)) {
     if (m_eqnImpl) m_eqnEpoch = m_eqnImpl->RenumberEpoch();
     std::unique_ptr<LPMatrix> matrix(new LPMatrix(vars, eqns));
     std::unique_ptr<NonLinearBlockList> blocks(new NonLinearBlockList());
@@ -464,32 +468,34 @@ void NonLinearModel::DisplayByColumn(std::ostream& os) {
 
 // ---------------------------------------------------------------- equation terms
 //
-// The correlation, distillation and user equation types need components that
-// this library does not build; until their classes are registered with the
-// factory, their keywords make an unknown term that keeps the full name, so
-// a model holding them is read, listed and written again unchanged.
+// The correlation, distillation-model, user and wrapper equation terms keep
+// the whole identifier they were asked for ("SCDEQ:name"), so it is written
+// out again unchanged.
 
-void NonLinearModel::CreateNLQclObject(const char* name, INonLinearity** out) {
+namespace {
+
+template <typename Term>
+void MakeEquationTerm(const char* name, INonLinearity** out) {
     if (!out) return;
     *out = nullptr;
-    m_factory->Create(name ? name : "", out);
+    *out = new (std::nothrow) Term(name);
+}
+
+}  // namespace
+
+void NonLinearModel::CreateNLQclObject(const char* name, INonLinearity** out) {
+    MakeEquationTerm<NonLinearityQCLEquation>(name, out);
 }
 
 void NonLinearModel::CreateNLScdObject(const char* name, INonLinearity** out) {
-    if (!out) return;
-    *out = nullptr;
-    m_factory->Create(name ? name : "", out);
+    MakeEquationTerm<NonLinearitySCDEquation>(name, out);
 }
 
 void NonLinearModel::CreateNLNleObject(const char* name, INonLinearity** out, const char*,
                                        const char*) {
-    if (!out) return;
-    *out = nullptr;
-    m_factory->Create(name ? name : "", out);
+    MakeEquationTerm<NonLinearityNLEEquation>(name, out);
 }
 
 void NonLinearModel::CreateNLWrapObject(const char* name, INonLinearity** out) {
-    if (!out) return;
-    *out = nullptr;
-    m_factory->Create(name ? name : "", out);
+    MakeEquationTerm<NonLinearityWrap>(name, out);
 }

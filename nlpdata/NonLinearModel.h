@@ -68,6 +68,7 @@
 #include "nlpdata/INonLinearModel.h"
 
 class LPEquationList;
+class LPVariableList;
 
 class NonLinearModel : public INonLinearModel {
 public:
@@ -88,6 +89,8 @@ public:
     void CreateNonLinearityObject(const char* name, INonLinearity** out) override;
     void CreateNLQclObject(const char* name, INonLinearity** out) override;
     void CreateNLScdObject(const char* name, INonLinearity** out) override;
+    // The user equation term of this build takes no parameters: p1 and p2
+    // are not used.
     void CreateNLNleObject(const char* name, INonLinearity** out, const char* p1,
                            const char* p2) override;
     void CreateNLConstantObject(INLConstant** out) override;
@@ -261,6 +264,17 @@ private:
     // row found on the first entry (left as is when the row has none).
     double LinearRowSum(int row, ILPEquation** eqn);
     double TermsSum(const std::vector<INonLinearity*>& terms);
+    // Walks the matrix by row and calls done(row, linear sum) once for each
+    // row that has entries. Values are read from a copy of the variables'
+    // values taken in list order at the start (see PrepareValues).
+    template <typename RowDone>
+    void LinearRowSums(RowDone done);
+    // Copies the variables' values in list order into m_values and keeps the
+    // per-position walk cache when the variable list was not renumbered.
+    // False when the list offers no renumbering epoch (no copy is used then).
+    bool PrepareValues();
+    double CachedValue(size_t pos, ILPVariable* var);
+    double CacheMiss(size_t pos, ILPVariable* var);
     void ThrowIfUsed(ILPVariable* var, const char* place);
     bool InPool(INonLinearity* term) const;
 
@@ -303,6 +317,15 @@ private:
     // Rows already visited in the current EvaluateModel pass.
     std::vector<uint32_t> m_rowSeen;
     uint32_t m_evalEpoch = 0;
+    // Evaluation copy of the variables' values (position = index - 1), and
+    // for each position of the matrix's by-row walk the variable met there
+    // and its value position, so that a walk touches no variable object
+    // unless the matrix changed there.
+    const LPVariableList* m_varImpl;
+    uint64_t m_valuesEpoch = 0;
+    std::vector<double> m_values;
+    std::vector<ILPVariable*> m_walkVar;
+    std::vector<int32_t> m_walkPos;
 
     std::string m_modelDir;
     std::string m_hqclLogName;

@@ -3,9 +3,11 @@
 #include <cmath>
 
 #include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
 #include "lpdata/ILPNonZero.h"
 #include "lpdata/ILPVariable.h"
+#include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMTypes.h"
 #include "nlpdata/INonLinearBlockList.h"
 #include "nlpdata/NonLinearModel.h"
@@ -48,25 +50,60 @@ void NonLinearModel::JacobianRow(int row) {
         if (t->Active()) t->TermJacobian();
 }
 
-namespace {
+bool NonLinearModel::PrepareValues() {
+    if (!m_varImpl) return false;
+    const uint64_t epoch = m_varImpl->RenumberEpoch();
+    const size_t n = static_cast<size_t>(m_vars->NumberOfVariables());
+    if (epoch != m_valuesEpoch || n < m_values.size()) {
+        // Positions may now hold other variables: forget what the walk saw.
+        std::fill(m_walkVar.begin(), m_walkVar.end(), nullptr);
+        m_valuesEpoch = epoch;
+    }
+    m_values.resize(n);
+    size_t i = 0;
+    for (ILPVariable* v = m_vars->FrstVariableObject(); v && i < n; v = m_vars->NextVariableObject())
+        m_values[i++] = v->GetVarValue();
+    const size_t nz = static_cast<size_t>(m_matrix->NumberOfNonZeros());
+    if (m_walkVar.size() < nz) {
+        m_walkVar.resize(nz, nullptr);
+        m_walkPos.resize(nz, -1);
+    }
+    return true;
+}
 
-// Walks the matrix row by row and calls rowDone(eqn, linear sum) once per
-// row that has entries.
+inline double NonLinearModel::CachedValue(size_t pos, ILPVariable* var) {
+    if (pos < m_walkVar.size()) {
+        if (m_walkVar[pos] == var) return m_values[static_cast<size_t>(m_walkPos[pos])];
+        return CacheMiss(pos, var);
+    }
+    return var->GetVarValue();
+}
+
+double NonLinearModel::CacheMiss(size_t pos, ILPVariable* var) {
+    const int at = var->GetIndex() - 1;
+    if (at < 0 || static_cast<size_t>(at) >= m_values.size()) return var->GetVarValue();
+    m_walkVar[pos] = var;
+    m_walkPos[pos] = at;
+    return m_values[static_cast<size_t>(at)];
+}
+
 template <typename RowDone>
-void ForEachRowLinearSum(ILPMatrix* matrix, RowDone rowDone) {
-    ILPNonZero* nz = matrix->FrstNonZeroObjectByRow();
+void NonLinearModel::LinearRowSums(RowDone done) {
+    const bool cached = PrepareValues();
+    size_t pos = 0;
+    ILPNonZero* nz = m_matrix->FrstNonZeroObjectByRow();
     while (nz) {
         ILPEquation* eqn = nz->GetEquationPtr();
         double sum = 0.0;
         do {
-            if (ILPVariable* v = nz->GetVariablePtr()) sum += nz->GetCoefficient() * v->GetVarValue();
-            nz = matrix->NextNonZeroObjectByRow();
+            if (ILPVariable* v = nz->GetVariablePtr())
+                sum += nz->GetCoefficient() * (cached ? CachedValue(pos, v) : v->GetVarValue());
+            ++pos;
+            nz = m_matrix->NextNonZeroObjectByRow();
         } while (nz && nz->GetEquationPtr() == eqn);
-        if (eqn) rowDone(eqn, sum);
+        if (eqn) done(eqn, sum);
     }
 }
-
-}  // namespace
 
 bool NonLinearModel::EvaluateModel() {
     if (!PreEvaluateModel()) return false;
@@ -77,7 +114,7 @@ bool NonLinearModel::EvaluateModel() {
     }
     if (m_rowSeen.size() < m_rowMap.size()) m_rowSeen.resize(m_rowMap.size(), 0u);
     const size_t mapped = m_rowMap.size();
-    ForEachRowLinearSum(m_matrix, [&](ILPEquation* eqn, double sum) {
+    LinearRowSums([&](ILPEquation* eqn, double sum) {
         const int r = eqn->GetIndex();
         if (r >= 1 && static_cast<size_t>(r) < mapped) {
             sum += TermsSum(m_rowMap[r]);
@@ -98,7 +135,7 @@ bool NonLinearModel::EvaluateModel() {
 }
 
 bool NonLinearModel::EvaluateLinearEqns() {
-    ForEachRowLinearSum(m_matrix, [](ILPEquation* eqn, double sum) { eqn->SetEqnValue(sum); });
+    LinearRowSums([](ILPEquation* eqn, double sum) { eqn->SetEqnValue(sum); });
     EnsureRowMap();
     // Rows made of terms only have no linear part.
     for (size_t r = 1; r < m_rowMap.size(); ++r)

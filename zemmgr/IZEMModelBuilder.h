@@ -107,4 +107,32 @@ public:
     // the model's set list.
     virtual void MakeSpecialOrderedSet(const char* name, int16_t type, int nVars,
                                        ILPVariable** vars, ILPSpOrdSet** out) = 0;
+
+    // A wrapper term ("WRAPEQ:..."), made and placed like the kinds above.
+    virtual void MakeNonLinearityFastWRAP(const char* id, ILPEquation* eqn, int nVars,
+                                          ILPVariable** vars, int nConsts, const double* consts,
+                                          INonLinearity** out) = 0;
+
+    // Edits of what was built. The eliminations go through the manager's
+    // removal (a variable used by a nonlinear term is refused); the ByName
+    // forms return false when the name is unknown.
+    virtual void EliminateVariable(ILPVariable* var) = 0;
+    virtual bool EliminateVariableByName(const char* name) = 0;
+    virtual void EliminateEquation(ILPEquation* eqn) = 0;
+    virtual bool EliminateEquationByName(const char* name) = 0;
+    // Soft bounds: the relaxed bounds a penalised pass may move to.
+    virtual void AddSoftBounds(ILPVariable* var, double relaxedLower, double relaxedUpper) = 0;
+    // Set members; both return the set's size, ByName -1 for an unknown
+    // variable.
+    virtual int AddSpecialOrderedSetVariable(ILPSpOrdSet* set, ILPVariable* var) = 0;
+    virtual int AddSpecialOrderedSetVariableByName(ILPSpOrdSet* set, const char* varName) = 0;
+    virtual void FindSpecialOrderedSet(const char* name, ILPSpOrdSet** out) = 0;
+    // Arguments of a term that is not yet in the pool (see
+    // MakeNonLinearityByName); each returns the new count, ByName -1 for an
+    // unknown variable.
+    virtual int AddNonLinearityValue(INonLinearity* term, double value) = 0;
+    virtual int AddNonLinearityVariable(INonLinearity* term, ILPVariable* var) = 0;
+    virtual int AddNonLinearityVariableByName(INonLinearity* term, const char* varName) = 0;
+    virtual void TrashNonLinearity(INonLinearity* term) = 0;
+    virtual void EmptyNonLinearityTrash() = 0;
 };

@@ -348,3 +348,74 @@ void ZEMModelBuilder::MakeSpecialOrderedSet(const char* name, int16_t type, int 
     m_sets->AddSpOrdSetObject(set);
     if (out != nullptr) *out = set;
 }
+
+// ---- edits of what was built --------------------------------------------
+
+void ZEMModelBuilder::MakeNonLinearityFastWRAP(const char* id, ILPEquation* eqn, int nVars,
+                                               ILPVariable** vars, int nConsts,
+                                               const double* consts, INonLinearity** out) {
+    INonLinearity* term = nullptr;
+    if (id != nullptr) m_nonlinear->CreateNLWrapObject(id, &term);
+    Complete({"MakeNonLinearityFastWRAP", "ZEMModelBuilder::MakeNonLinearityFastWRAP"}, term, eqn,
+             nVars, vars, nConsts, consts, out);
+}
+
+void ZEMModelBuilder::EliminateVariable(ILPVariable* var) { m_mgr->RemoveVariable(var); }
+
+bool ZEMModelBuilder::EliminateVariableByName(const char* name) {
+    ILPVariable* var = name ? m_vars->VarNameLookup(name) : nullptr;
+    if (var == nullptr) return false;
+    m_mgr->RemoveVariable(var);
+    return true;
+}
+
+void ZEMModelBuilder::EliminateEquation(ILPEquation* eqn) { m_mgr->RemoveEquation(eqn); }
+
+bool ZEMModelBuilder::EliminateEquationByName(const char* name) {
+    ILPEquation* eqn = name ? m_eqns->EqnNameLookup(name) : nullptr;
+    if (eqn == nullptr) return false;
+    m_mgr->RemoveEquation(eqn);
+    return true;
+}
+
+void ZEMModelBuilder::AddSoftBounds(ILPVariable* var, double relaxedLower, double relaxedUpper) {
+    if (var == nullptr) return;
+    var->SetRelaxedBoundLower(relaxedLower);
+    var->SetRelaxedBoundUpper(relaxedUpper);
+}
+
+int ZEMModelBuilder::AddSpecialOrderedSetVariable(ILPSpOrdSet* set, ILPVariable* var) {
+    if (set == nullptr) return 0;
+    return var != nullptr ? set->AddVariableObject(var) : set->GetSize();
+}
+
+int ZEMModelBuilder::AddSpecialOrderedSetVariableByName(ILPSpOrdSet* set, const char* varName) {
+    ILPVariable* var = varName ? m_vars->VarNameLookup(varName) : nullptr;
+    if (set == nullptr || var == nullptr) return -1;
+    return set->AddVariableObject(var);
+}
+
+void ZEMModelBuilder::FindSpecialOrderedSet(const char* name, ILPSpOrdSet** out) {
+    *out = name ? m_sets->SOSNameLookup(name) : nullptr;
+}
+
+int ZEMModelBuilder::AddNonLinearityValue(INonLinearity* term, double value) {
+    return term != nullptr ? term->AddNLConstantObject(value) : 0;
+}
+
+int ZEMModelBuilder::AddNonLinearityVariable(INonLinearity* term, ILPVariable* var) {
+    if (term == nullptr) return 0;
+    return var != nullptr ? term->AddVariableObject(var) : term->NumberOfVariableTerms();
+}
+
+int ZEMModelBuilder::AddNonLinearityVariableByName(INonLinearity* term, const char* varName) {
+    ILPVariable* var = varName ? m_vars->VarNameLookup(varName) : nullptr;
+    if (term == nullptr || var == nullptr) return -1;
+    return term->AddVariableObject(var);
+}
+
+void ZEMModelBuilder::TrashNonLinearity(INonLinearity* term) {
+    if (term != nullptr) m_nonlinear->TrashNonLinearity(term);
+}
+
+void ZEMModelBuilder::EmptyNonLinearityTrash() { m_nonlinear->EmptyNonLinearityTrash(); }

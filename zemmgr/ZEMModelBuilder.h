@@ -64,6 +64,22 @@ public:
                                const double* consts, INonLinearity** out) override;
     void MakeSpecialOrderedSet(const char* name, int16_t type, int nVars, ILPVariable** vars,
                                ILPSpOrdSet** out) override;
+    void MakeNonLinearityFastWRAP(const char* id, ILPEquation* eqn, int nVars, ILPVariable** vars,
+                                  int nConsts, const double* consts,
+                                  INonLinearity** out) override;
+    void EliminateVariable(ILPVariable* var) override;
+    bool EliminateVariableByName(const char* name) override;
+    void EliminateEquation(ILPEquation* eqn) override;
+    bool EliminateEquationByName(const char* name) override;
+    void AddSoftBounds(ILPVariable* var, double relaxedLower, double relaxedUpper) override;
+    int AddSpecialOrderedSetVariable(ILPSpOrdSet* set, ILPVariable* var) override;
+    int AddSpecialOrderedSetVariableByName(ILPSpOrdSet* set, const char* varName) override;
+    void FindSpecialOrderedSet(const char* name, ILPSpOrdSet** out) override;
+    int AddNonLinearityValue(INonLinearity* term, double value) override;
+    int AddNonLinearityVariable(INonLinearity* term, ILPVariable* var) override;
+    int AddNonLinearityVariableByName(INonLinearity* term, const char* varName) override;
+    void TrashNonLinearity(INonLinearity* term) override;
+    void EmptyNonLinearityTrash() override;
 
 private:
     // The texts one maker reports when it fails.

@@ -270,3 +270,45 @@ TEST(NonLinearModelLog, UnopenableLogIsReported) {
 }
 
 }  // namespace
+
+namespace {
+
+// The model keeps a copy of the variables' values and remembers which
+// variable each matrix position held; structural changes between
+// evaluations must not let it read a stale value.
+TEST(NonLinearModelEvalCache, FollowsVariableRemovalAndNewEntries) {
+    ModelRig m;
+    ILPVariable* gone = m.Var("GONE", 100.0);
+    ILPVariable* a = m.Var("A", 2.0);
+    ILPVariable* b = m.Var("B", 3.0);
+    ILPEquation* r1 = m.Row("R1");
+    ILPEquation* r2 = m.Row("R2");
+    m.Coef(r1, a, 1.0);
+    m.Coef(r1, b, 10.0);
+    m.Coef(r2, b, 1.0);
+    m.Term("XPROD", r2, {1.0}, {a, b});
+    ASSERT_TRUE(m.model->EvaluateModel());
+    EXPECT_EQ(r1->GetEqnValue(), 32.0);
+    EXPECT_EQ(r2->GetEqnValue(), 9.0);
+
+    // Renumbering: every remaining variable moves one position down.
+    m.model->EliminateVariable(gone);
+    m.vars->RemoveVariable(gone);
+    a->SetVarValue(4.0);
+    ASSERT_TRUE(m.model->EvaluateModel());
+    EXPECT_EQ(r1->GetEqnValue(), 34.0);
+    EXPECT_EQ(r2->GetEqnValue(), 15.0);
+
+    // A new entry in the first row shifts the positions of the rows after it.
+    ILPVariable* c = m.Var("C", 5.0);
+    ILPEquation* r0 = m.Row("R0");
+    m.Coef(r0, c, 1.0);
+    m.Coef(r1, c, -1.0);
+    ASSERT_TRUE(m.model->EvaluateModel());
+    EXPECT_EQ(r1->GetEqnValue(), 29.0);
+    EXPECT_EQ(r0->GetEqnValue(), 5.0);
+    EXPECT_TRUE(m.model->EvaluateLinearEqns());
+    EXPECT_EQ(r2->GetEqnValue(), 3.0);
+}
+
+}  // namespace

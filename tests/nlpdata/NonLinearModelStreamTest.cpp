@@ -209,6 +209,19 @@ TEST_F(NonLinearModelStream, EveryVersionRoundTrips) {
     }
 }
 
+TEST_F(NonLinearModelStream, EquationTermsKeepTheirIdentifiers) {
+    a.Term("SCDEQ:COLUMN-7", r1, {2.0}, {z});
+    a.Term("QCLEQ:RVP", r2, {}, {x, y});
+    for (double version : {2009.5, 2020.1}) {
+        SCOPED_TRACE(version);
+        ModelRig b;
+        ReadInto(b, Section(version), version, 6);
+        EXPECT_TRUE(Images(b) == Images(a));
+        EXPECT_EQ(b.Pool()[4]->GetType(), kNLSCDEquation);
+        EXPECT_EQ(b.Pool()[5]->GetType(), kNLQCLEquation);
+    }
+}
+
 TEST_F(NonLinearModelStream, SafeReadAppendsToExistingTerms) {
     ModelRig b;
     Tables t = CopyLinearPart(a, b);

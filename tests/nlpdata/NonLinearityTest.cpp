@@ -78,12 +78,6 @@ TEST(NonLinearityBase, BareTermEvaluatesToMinusOneAndAddsNoDerivatives) {
     EXPECT_EQ(row.GetEqnValue(), 8.0);
 }
 
-TEST(NonLinearityBase, EvaluateTermAndAddWithoutRowIsHarmless) {
-    TextTerm t;
-    t.EvaluateTermAndAdd();
-    SUCCEED();
-}
-
 TEST(NonLinearityBase, RepeatedVariablesCountOnceAmongUniqueOnes) {
     TextTerm t;
     auto a = Var("A"), b = Var("B");
@@ -174,20 +168,6 @@ TEST(NonLinearityBase, RelatedReferencesAreCreatedOnFirstUse) {
     // The base ignores a wrapped-term reference.
     t.AddNonlinearityRef(&other1);
     EXPECT_EQ(t.GetNonlinearityRef(), nullptr);
-}
-
-TEST(NonLinearityBase, ActivationAndFlags) {
-    TextTerm t;
-    t.DeActivate();
-    EXPECT_EQ(t.Active(), 0);
-    t.Activate();
-    EXPECT_EQ(t.Active(), 1);
-    t.SetDiffed(true);
-    EXPECT_TRUE(t.BeenDiffed());
-    t.SetBlkMember(3);
-    EXPECT_EQ(t.GetBlkMember(), 3);
-    t.SetIndex(17);
-    EXPECT_EQ(t.GetIndex(), 17);
 }
 
 TEST(NonLinearityBase, ConcatVarListNamesSkipsUnderscoreBeforeUnderscoredNames) {

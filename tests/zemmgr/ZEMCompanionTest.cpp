@@ -299,3 +299,46 @@ TEST(ZEMIterationData, SnapshotAndRefresh) {
     IZEMIterationDataCreateInstanceFromZEM(&it, nullptr);
     EXPECT_EQ(it, nullptr);
 }
+
+TEST(ZEMModelBuilder, EditsOfWhatWasBuilt) {
+    ZEMMgrPtr m = NewMgr();
+    BuildRichModel(m.get());
+    IZEMModelBuilder* b = builder(m.get());
+    ILPVariableList* vars = nullptr;
+    m->GetVariableCollectionIntf(&vars);
+    INonLinearModel* nl = nullptr;
+    m->GetNonLinearModelIntf(&nl);
+
+    ILPSpOrdSet* s = nullptr;
+    b->FindSpecialOrderedSet("S1", &s);
+    ASSERT_NE(s, nullptr);
+    EXPECT_EQ(b->AddSpecialOrderedSetVariableByName(s, "X5"), 3);
+    EXPECT_EQ(b->AddSpecialOrderedSetVariable(s, vars->VarNameLookup("X5")), 3);
+    EXPECT_EQ(b->AddSpecialOrderedSetVariableByName(s, "NOPE"), -1);
+
+    b->AddSoftBounds(vars->VarNameLookup("X4"), -50.0, 50.0);
+    EXPECT_EQ(vars->VarNameLookup("X4")->GetRelaxedBoundUpper(), 50.0);
+
+    // A term made by name and filled through the builder.
+    ILPEquationList* eqns = nullptr;
+    m->GetEquationCollectionIntf(&eqns);
+    INonLinearity* t = nullptr;
+    b->MakeNonLinearityByName("XPROD", eqns->EqnNameLookup("F1"), &t);
+    EXPECT_EQ(b->AddNonLinearityValue(t, 2.0), 1);
+    EXPECT_EQ(b->AddNonLinearityVariableByName(t, "X4"), 1);
+    EXPECT_EQ(b->AddNonLinearityVariableByName(t, "NOPE"), -1);
+    EXPECT_EQ(b->AddNonLinearityVariable(t, vars->VarNameLookup("X4")), 2);
+    const int before = nl->NumberOfNonLinearities();
+    b->AddNonLinearity(t);
+    EXPECT_EQ(nl->NumberOfNonLinearities(), before + 1);
+    b->TrashNonLinearity(t);
+    b->EmptyNonLinearityTrash();
+    EXPECT_EQ(nl->NumberOfNonLinearities(), before);
+
+    // X4 is linear again once that term is gone.
+    EXPECT_TRUE(b->EliminateVariableByName("X4"));
+    EXPECT_FALSE(b->EliminateVariableByName("X4"));
+    EXPECT_TRUE(b->EliminateEquationByName("F1"));
+    EXPECT_EQ(eqns->EqnNameLookup("F1"), nullptr);
+    EXPECT_THROW(b->EliminateVariable(vars->VarNameLookup("X1")), ZEM_Exception);
+}

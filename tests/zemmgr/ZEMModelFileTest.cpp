@@ -14,12 +14,14 @@
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
 #include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableCollection.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/ZEMBinaryIO.h"
 #include "lpdata/ZEMException.h"
 #include "zemmgr/ZEMMgr.h"
+#include "zemmgr/ZEMModelFile.h"
 
 namespace {
 
@@ -157,33 +159,33 @@ TEST(ZEMModelFile, VersionBranches) {
     }
 
     // Below 2020.0 the reader takes no hybrid byte. A file of such a version
-    // without that byte reads back whole (hybrid off); one written by
-    // PersistAsStream(version) holds the byte and is read out of step.
-    for (double v : {2019.0, 2017.6}) {
+    // without that byte reads back (hybrid off), through every record
+    // layout of the lists and of the terms; the older layouts do not carry
+    // the scale (up to 2017.5) nor the shadow prices (up to 2011.5).
+    ZEMMgrPtr reduced = NewMgr();
+    restore(reduced.get(), ModelBytes(a.get()));
+    ILPVariableList* rv = nullptr;
+    ILPEquationList* re = nullptr;
+    reduced->GetVariableCollectionIntf(&rv);
+    reduced->GetEquationCollectionIntf(&re);
+    for (double v : {2020.0 - 1e-9, 2019.0, 2017.6, 2017.5, 2011.6, 2011.5, 2011.1, 2011.0,
+                     2009.5, 2008.5, 2007.5, 2007.0, 1.05}) {
         SCOPED_TRACE(v);
+        if (v <= 2017.5)
+            for (ILPEquation* e = re->FrstEquationObject(); e; e = re->NextEquationObject())
+                e->SetEqnScale(1.0);
+        if (v <= 2011.5) {
+            for (ILPEquation* e = re->FrstEquationObject(); e; e = re->NextEquationObject())
+                e->SetShadowPrice(0.0);
+            for (ILPVariable* x = rv->FrstVariableObject(); x; x = rv->NextVariableObject())
+                x->SetVarShadowPrice(0.0);
+        }
         std::string bytes = ModelBytes(a.get(), v);
         bytes.erase(kFlagsAt + 1, 1);
         ZEMMgrPtr b = NewMgr();
         restore(b.get(), bytes);
         EXPECT_FALSE(b->IsHybridModel());
-        ExpectSameModel(a.get(), b.get(), false);
-    }
-    {
-        // Equations use the shorter record without the scale up to 2017.5.
-        std::string bytes = ModelBytes(a.get(), 2017.5);
-        bytes.erase(kFlagsAt + 1, 1);
-        ZEMMgrPtr b = NewMgr();
-        restore(b.get(), bytes);
-        ILPEquationList* eqns = nullptr;
-        b->GetEquationCollectionIntf(&eqns);
-        for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject())
-            EXPECT_EQ(e->GetEqnScale(), 1.0) << e->GetName();
-        int n, m, nz, n2, m2, nz2;
-        a->ModelDimension(n, m, nz);
-        b->ModelDimension(n2, m2, nz2);
-        EXPECT_EQ(n, n2);
-        EXPECT_EQ(m, m2);
-        EXPECT_EQ(nz, nz2);
+        ExpectSameModel(reduced.get(), b.get(), false);
     }
     {
         // The 1.05 asymmetry: the extra hybrid byte puts the sections out of
@@ -396,4 +398,78 @@ TEST(ZEMModelFile, SafeAppendRefusesASetOfTheSameName) {
                   std::string::npos)
             << text;
     }
+}
+
+// The frame works on bare components too: a linear container without terms
+// or options (what the standard data manager holds) saves and restores
+// through it, and refuses a file that carries terms.
+TEST(ZEMModelFile, FrameOverLinearComponents) {
+    ZEMMgrPtr rich = NewMgr();
+    BuildRichModel(rich.get());
+
+    ILPStdDataMgr* lp = nullptr;
+    CreateLPStdDataObject(&lp);
+    ASSERT_NE(lp, nullptr);
+    ZEMModelContent parts;
+    lp->GetVariableCollectionIntf(&parts.vars);
+    lp->GetEquationCollectionIntf(&parts.eqns);
+    lp->GetMatrixIntf(&parts.matrix);
+    lp->GetSpOrdSetCollectionIntf(&parts.sets);
+    ILPVariable* x = parts.vars->InsertVariable("X");
+    ILPEquation* r = parts.eqns->InsertEquation("R");
+    lp->InsertMatrixEntry("R", "X", 2.0, nullptr);
+    r->SetType(3);
+    r->SetRHS(5.0);
+    x->SetBoundUpper(8.0);
+
+    ZEMModelState state;
+    state.title = "LP";
+    std::stringstream ss;
+    ZEMModelFile::Write(&ss, ZEMModelFile::kCurrentVersion, state, parts, {});
+
+    // A manager reads the linear file.
+    ZEMMgrPtr m = NewMgr();
+    restore(m.get(), ss.str());
+    std::string title;
+    m->GetModelTitle(title);
+    EXPECT_EQ(title, "LP");
+    int n, rows, nz;
+    m->ModelDimension(n, rows, nz);
+    EXPECT_EQ(n + rows + nz, 3);
+
+    // Another bare container reads it back.
+    ILPStdDataMgr* lp2 = nullptr;
+    CreateLPStdDataObject(&lp2);
+    ZEMModelContent parts2;
+    lp2->GetVariableCollectionIntf(&parts2.vars);
+    lp2->GetEquationCollectionIntf(&parts2.eqns);
+    lp2->GetMatrixIntf(&parts2.matrix);
+    lp2->GetSpOrdSetCollectionIntf(&parts2.sets);
+    ZEMModelState state2;
+    ss.seekg(0);
+    ZEMModelFile::Read(&ss, ZEMModelFile::Mode::Replace, parts2, state2, "", {});
+    EXPECT_EQ(state2.title, "LP");
+    EXPECT_EQ(parts2.vars->VarNameLookup("X")->GetBoundUpper(), 8.0);
+    EXPECT_EQ(parts2.eqns->EqnNameLookup("R")->GetRHS(), 5.0);
+    EXPECT_EQ(parts2.matrix->NumberOfNonZeros(), 1);
+
+    // A file with terms cannot go into a container without a pool.
+    ILPStdDataMgr* lp3 = nullptr;
+    CreateLPStdDataObject(&lp3);
+    ZEMModelContent parts3;
+    lp3->GetVariableCollectionIntf(&parts3.vars);
+    lp3->GetEquationCollectionIntf(&parts3.eqns);
+    lp3->GetMatrixIntf(&parts3.matrix);
+    lp3->GetSpOrdSetCollectionIntf(&parts3.sets);
+    std::istringstream richIn(ModelBytes(rich.get()));
+    ZEMModelState state3;
+    try {
+        ZEMModelFile::Read(&richIn, ZEMModelFile::Mode::Replace, parts3, state3, "", {});
+        FAIL() << "no exception";
+    } catch (ZEM_Exception& e) {
+        EXPECT_EQ(e.Reason(), "Error during read of ZEMFile element from binary file");
+    }
+    lp->Destroy();
+    lp2->Destroy();
+    lp3->Destroy();
 }
