@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr const char* kSyncError = "MPS Read/Process Synchronization Error";
 constexpr const char* kProcessError = "MPS Read/Process Error";
 
 bool keyIs(const char* key, const char* word) { return std::strcmp(key, word) == 0; }
