@@ -299,26 +299,29 @@ void XMPSWriter::WriteXLINEARData() {
                 if (nz->GetCoefficient() != 0.0) WriteCoefficientCard(nz);
             }
         }
-        // The entries are taken in batches whose rows are fetched into the
-        // cache ahead of formatting: rows are met in no particular memory
-        // order, and waiting on each one would dominate the write.
+        // Row by row, so that the reader meets the cards of a row together.
+        // The entries lie in no particular memory order: they are taken in
+        // batches, the entries and then their columns fetched into the cache
+        // ahead of formatting, since waiting on each one would dominate.
         constexpr int kBatch = 256;
         ILPNonZero* batch[kBatch];
-        ILPNonZero* nz = matrix->FrstNonZeroObject();
+        ILPNonZero* nz = matrix->FrstNonZeroObjectByRow();
         while (nz != nullptr) {
             int n = 0;
-            for (; nz != nullptr && n < kBatch; nz = matrix->NextNonZeroObject()) {
-                if (nz->GetCoefficient() == 0.0) continue;
-                // The row object spans a few cache lines (name, type).
-                const char* eqn = reinterpret_cast<const char*>(nz->GetEquationPtr());
-                __builtin_prefetch(eqn);
-                __builtin_prefetch(eqn + 64);
-                __builtin_prefetch(eqn + 128);
+            for (; nz != nullptr && n < kBatch; nz = matrix->NextNonZeroObjectByRow()) {
+                __builtin_prefetch(nz);
                 batch[n++] = nz;
             }
             for (int k = 0; k < n; ++k) {
-                if (objective > 0 && batch[k]->GetEquationPtr()->GetIndex() == objective) continue;
-                WriteCoefficientCard(batch[k]);
+                const char* var = reinterpret_cast<const char*>(batch[k]->GetVariablePtr());
+                __builtin_prefetch(var);
+                __builtin_prefetch(var + 64);
+            }
+            for (int k = 0; k < n; ++k) {
+                ILPNonZero* entry = batch[k];
+                if (entry->GetCoefficient() == 0.0) continue;
+                if (objective > 0 && entry->GetEquationPtr()->GetIndex() == objective) continue;
+                WriteCoefficientCard(entry);
             }
         }
     }

@@ -367,3 +367,20 @@ TEST(XMPSReaderFile, AReaderWithoutAModelMakesOneAndHandsItOver) {
     EXPECT_EQ(n, 3);
     model->IRelease();
 }
+
+TEST(XMPSReaderBadInput, OverlongLinesAndTokensAndOddNumbers) {
+    // A line beyond the 1,023 characters a line holds is split; its rest is
+    // read as a line of its own (here a header that does not exist).
+    const std::string longToken(1500, 'A');
+    ZEM_Exception e = Thrown([&] { Read("NAME X\nNONLINEAR\n E  R  EXPX  1.0  " + longToken + "\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "Unknown Header Card Read in MPS File");
+    // Tokens are cut to 128 characters.
+    const std::string name200(200, 'V');
+    Model m = Read("NAME X\nXTNDFMT\nXLINEAR\n E  R  1.0  " + name200 + "\nENDATA\n");
+    EXPECT_NE(Var(m.get(), std::string(128, 'V').c_str()), nullptr);
+    // The lenient number test lets "12x" and "-" through as coefficients;
+    // they convert by their leading numeric part.
+    m = Read("NAME X\nXLINEAR\n E  R  12x  A\n E  R  -  B\nENDATA\n");
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "A"), 12.0);
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "B"), 0.0);
+}
