@@ -179,11 +179,11 @@ void HalfEmptyRows(benchmark::State& state) {
 }  // namespace
 
 BENCHMARK(Build)->Arg(1)->Arg(2)->Arg(4)->Iterations(1)->UseManualTime()->Unit(benchmark::kSecond);
-BENCHMARK(OneLongColumn)->Arg(50000)->Arg(100000)->Arg(200000)->Iterations(1)->UseManualTime()
+BENCHMARK(OneLongColumn)->Arg(50000)->Arg(100000)->Arg(200000)->Arg(400000)->Iterations(1)->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(OneLongRow)->Arg(50000)->Arg(100000)->Arg(200000)->Iterations(1)->UseManualTime()
+BENCHMARK(OneLongRow)->Arg(50000)->Arg(100000)->Arg(200000)->Arg(400000)->Iterations(1)->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(HalfEmptyRows)->Arg(50000)->Arg(100000)->Arg(200000)->Iterations(1)->UseManualTime()
+BENCHMARK(HalfEmptyRows)->Arg(50000)->Arg(100000)->Arg(200000)->Arg(400000)->Iterations(1)->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -2,21 +2,20 @@
 //
 // Entities live in one contiguous array in list order, so the entity at
 // 1-based index i sits at position i-1 and retrieval by index is O(1). Names
-// are found through a hash index (the first entity of a name is kept when a
-// second one of the same name is added). Removal renumbers the entities after
-// the removed one so that indices stay consecutive from 1; removing a batch
-// (the trash) compacts and renumbers once. Every renumbering bumps an epoch
-// counter that the matrix reads to know when to re-key its row and column
-// structures.
+// are found through a flat hash index (LPNameIndex) over copies of the names
+// taken when the entities were added; the first entity of a name is the one
+// found. Removal renumbers the entities after the removed one so that
+// indices stay consecutive from 1; removing a batch (the trash) compacts,
+// renumbers and re-indexes once. Every renumbering bumps an epoch counter
+// that the matrix reads to know when to re-key its row and column structures.
 //
 // The store owns its entities and deletes them on removal and destruction.
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
+
+#include "lpdata/LPNameIndex.h"
 
 template <class E>
 class LPEntityStore {
@@ -40,18 +39,17 @@ public:
         const int idx = e->GetIndex();
         if (idx >= 1 && static_cast<size_t>(idx) <= m_items.size() && m_items[idx - 1] == e)
             return idx;
+        m_keys.push_back(m_names.Store(e->GetName()));
         m_items.push_back(e);
+        m_names.Insert(m_items.size() - 1, m_keys);
         const int newIdx = static_cast<int>(m_items.size());
         e->SetIndex(newIdx);
-        const char* name = e->GetName();
-        m_names.emplace(name ? name : "", e);
         return newIdx;
     }
 
     E* Lookup(const char* name) const {
-        if (name == nullptr) return nullptr;
-        const auto it = m_names.find(name);
-        return it == m_names.end() ? nullptr : it->second;
+        const size_t pos = m_names.Find(name, m_keys);
+        return pos == LPNameIndex::npos ? nullptr : m_items[pos];
     }
 
     // Index above the count: null; index 1 or below: the first entity.
@@ -76,9 +74,12 @@ public:
     bool Remove(E* e) {
         const size_t pos = Find(e);
         if (pos == npos) return false;
+        const LPNameIndex::Key gone = m_keys[pos];
         m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(pos));
+        m_keys.erase(m_keys.begin() + static_cast<std::ptrdiff_t>(pos));
         for (size_t i = pos; i < m_items.size(); ++i) m_items[i]->SetIndex(static_cast<int>(i + 1));
-        EraseNames(std::vector<E*>{e});
+        m_names.Erase(pos, gone, m_keys);
+        if (m_names.Wasteful()) m_names.Rebuild(m_keys);
         for (size_t i = 0; i < m_trash.size();)
             m_trash[i] == e ? (void)m_trash.erase(m_trash.begin() + static_cast<std::ptrdiff_t>(i))
                             : (void)++i;
@@ -91,8 +92,8 @@ public:
         if (e != nullptr) m_trash.push_back(e);
     }
 
-    // Removes every trashed entity that is in the list, in one compaction
-    // and one renumbering pass. Returns the number removed.
+    // Removes every trashed entity that is in the list, in one compaction,
+    // one renumbering and one re-indexing pass. Returns the number removed.
     size_t EmptyTrash() {
         if (m_trash.empty()) return 0;
         std::vector<char> doomed(m_items.size(), 0);
@@ -115,11 +116,13 @@ public:
                 removed.push_back(e);
                 continue;
             }
+            m_keys[out] = m_keys[i];
             m_items[out++] = e;
             e->SetIndex(static_cast<int>(out));
         }
         m_items.resize(out);
-        EraseNames(removed);
+        m_keys.resize(out);
+        m_names.Rebuild(m_keys);
         for (E* e : removed) delete e;
         ++m_epoch;
         return count;
@@ -128,32 +131,16 @@ public:
     void Clear() {
         for (E* e : m_items) delete e;
         m_items.clear();
-        m_names.clear();
+        m_keys.clear();
+        m_names.Clear();
         m_trash.clear();
         ++m_epoch;
     }
 
 private:
-    // Drops the name-index entries that point to the given entities. An
-    // entity renamed after it was added, or one that never got an entry
-    // (a second entity of the same name), is looked for in one sweep.
-    void EraseNames(const std::vector<E*>& removed) {
-        std::unordered_set<const E*> unresolved;
-        for (E* e : removed) {
-            const char* name = e->GetName();
-            const auto it = m_names.find(name ? name : "");
-            if (it != m_names.end() && it->second == e)
-                m_names.erase(it);
-            else
-                unresolved.insert(e);
-        }
-        if (unresolved.empty()) return;
-        for (auto it = m_names.begin(); it != m_names.end();)
-            it = unresolved.count(it->second) ? m_names.erase(it) : std::next(it);
-    }
-
     std::vector<E*> m_items;
-    std::unordered_map<std::string, E*> m_names;
+    std::vector<LPNameIndex::Key> m_keys;  // the name each position was added under
+    LPNameIndex m_names;
     std::vector<E*> m_trash;
     uint64_t m_epoch = 0;
 };

@@ -2,13 +2,13 @@
 // insertion order, by row and by column.
 //
 // Layout: the nonzeros sit in one array in insertion order (a nonzero's
-// 1-based index is its position there), and each row and each column has a
-// line: a contiguous array of its nonzeros in insertion order. Lines are kept
-// in two arrays indexed by the current index of their equation or variable,
-// so row and column access is O(1). When the variable or equation list
-// renumbers (a removal), the lines are re-keyed from their entities' new
-// indices in one pass at the next access; the lists' renumbering epochs tell
-// the matrix when that is due.
+// 1-based index is its position there). Each column has a line, a contiguous
+// array of its nonzeros, in an array indexed by the variable's index; rows
+// are derived from the insertion-ordered array when first asked for and kept
+// up to date incrementally (LPMatrixLines.h). When the variable or equation
+// list renumbers (a removal), the columns and rows are re-keyed at the next
+// access, in O(columns) and O(rows); the lists' renumbering epochs tell the
+// matrix when that is due.
 //
 // Duplicates: a second entry for the same (row, column) is summed into the
 // first. Short columns are scanned; a column that grows past a few entries
@@ -24,7 +24,11 @@
 //
 // Preconditions: the nonzeros' equations and variables belong to the lists
 // given to the constructor (the lists are not owned); an entity's nonzeros are
-// removed from the matrix before the entity is removed from its list. Only
+// removed from the matrix before the entity is removed from its list. A
+// variable outside its list is refused when the entry is added; an equation
+// outside its list (checking it there would cost a memory access to the
+// equation per entry) when the rows are next derived: row access then throws
+// the structure error naming the entry until the entry is removed. Only
 // one walk of each kind may be in progress; entries may be added during a
 // walk.
 //
@@ -38,12 +42,11 @@
 
 #include <cstdint>
 #include <deque>
-#include <memory>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "lpdata/ILPMatrix.h"
+#include "lpdata/LPMatrixLines.h"
 
 class ILPEquationList;
 class ILPVariableList;
@@ -96,65 +99,61 @@ public:
     void FastInsertNonZeroObject(ILPNonZero* nz) override;
 
 protected:
-    // Forgets the key state of the row and column lines, so that they are
-    // re-keyed from their entities' indices at the next access.
+    // Forgets the key state of the rows and columns, so that they are re-keyed
+    // from their entities' indices at the next access.
     void ResetMatrixCollection() override;
+    // Rows are derived from the nonzero list, so taking an entry out of its
+    // row is checking that it is in the list and letting the rows be derived
+    // again once it has left.
     void EraseByRowNonZero(ILPNonZero* nz) override;
     void EraseByColNonZero(ILPNonZero* nz) override;
-    // Remove the nonzeros of the batch being removed from the row (column)
-    // lines they sit in.
+    // Take the nonzeros of the batch being removed out of their rows and
+    // columns.
     void EraseByRowNonZerosInTrash() override;
     void EraseByColNonZerosInTrash() override;
     // Renumbers from the nonzero of index `from` on; marked (index 0)
     // nonzeros keep index 0.
     void ReIndexMatrixNZ(int from) override;
     void FullReIndexMatrixNZ() override;
-    // Re-key the row (column) lines from their entities' current indices;
-    // the argument names the removed row (column) and is not needed for that.
+    // Re-key the rows (columns) from their entities' current indices; the
+    // argument names the removed row (column) and is not needed for that.
     void ReIndexByRowMap(int removedRow) override;
     void ReIndexByColMap(int removedCol) override;
     ILPNonZero* InternalFrstNonZeroObjectByRow() override;
     ILPNonZero* InternalNextNonZeroObjectByRow() override;
     ILPNonZero* InternalRowFrstNonZeroObject(int row) override;
     ILPNonZero* InternalRowNextNonZeroObject() override;
-    // Brings the row and column lines up to date with the lists' indices
-    // and releases the lines beyond the lists' ends.
+    // Brings rows and columns up to date with the lists' indices and derives
+    // the row structure.
     void BuildFastCollections() override;
 
 private:
-    using PartnerIndex = std::unordered_map<const void*, ILPNonZero*>;
-    struct Line {
-        std::vector<ILPNonZero*> entries;
-        const void* owner = nullptr;          // its entity, while entries is not empty
-        std::unique_ptr<PartnerIndex> index;  // columns only: equation -> nonzero
-    };
     static constexpr size_t kNone = static_cast<size_t>(-1);
     struct Walk {
         size_t slot = kNone;
         size_t pos = 0;
     };
-    enum Axis { kRows, kCols };
 
     void Sync();
-    void Rekey(Axis axis);
-    Line* LineAt(Axis axis, int idx);
-    Line& LineFor(Axis axis, const void* entity, int idx, ILPNonZero* nz, const char* routine);
-    void Append(Line& row, Line& col, ILPNonZero* nz);
-    ILPNonZero* FindInColumn(Line& col, const ILPEquation* eqn);
-    size_t FindInLine(Axis axis, ILPNonZero* nz, Line** line);
-    void EraseFromLine(Axis axis, ILPNonZero* nz, const char* routine);
-    void CompactLines(Axis axis);
+    void SettleRows();
+    int RowLimit() const;
+    int ColLimit() const;
+    size_t PositionOf(ILPNonZero* nz) const;
     void RemoveBatch(const std::vector<ILPNonZero*>& doomed);
     void RefuseNonlinear(ILPNonZero* nz, const char* routine);
     void RefuseNonlinearEquation(ILPEquation* eqn, const char* routine);
     void MarkTrashed(ILPNonZero* nz);
-    ILPNonZero* WalkFirst(Axis axis, Walk& walk);
-    ILPNonZero* WalkNext(Axis axis, Walk& walk);
-    ILPNonZero* LineFirst(Axis axis, int idx, Walk& walk);
-    ILPNonZero* LineNext(Axis axis, Walk& walk);
+    std::vector<ILPNonZero*> RowEntries(ILPEquation* eqn);
+    std::vector<ILPNonZero*> ColEntries(ILPVariable* var);
+    ILPNonZero* RowWalkFirst(Walk& walk);
+    ILPNonZero* RowWalkNext(Walk& walk);
+    ILPNonZero* ColWalkFirst(Walk& walk);
+    ILPNonZero* ColWalkNext(Walk& walk);
+    ILPNonZero* ColWalkSettle(Walk& walk);
+    ILPNonZero* RowFirst(int row, Walk& walk);
+    ILPNonZero* RowNext(Walk& walk);
     void ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEquation** eqns,
                      std::istream* is, const char* routine);
-    std::vector<Line>& Lines(Axis axis) { return axis == kRows ? m_rows : m_cols; }
 
     ILPVariableList* m_vars;
     ILPEquationList* m_eqns;
@@ -162,12 +161,10 @@ private:
     const LPEquationList* m_eqnImpl;
     uint64_t m_varEpoch = 0;
     uint64_t m_eqnEpoch = 0;
-    bool m_rowsStale = false;
-    bool m_colsStale = false;
 
     std::deque<ILPNonZero*> m_all;
-    std::vector<Line> m_rows;
-    std::vector<Line> m_cols;
+    LPMatrixColumns m_cols;
+    LPMatrixRows m_rows;
     std::vector<ILPNonZero*> m_trash;
     std::unordered_set<const ILPNonZero*> m_doomed;  // the batch being removed
     std::vector<ILPNonZero*> m_doomedList;

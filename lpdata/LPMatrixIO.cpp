@@ -49,7 +49,7 @@ void LPMatrix::DisplayByRow(std::ostream& os) {
 void LPMatrix::DisplayByColumn(std::ostream& os) {
     os << "\nD I S P L A Y   O F   M A T R I X   N O N Z E R O S   B Y   C O L U M N\n";
     Walk walk;
-    for (ILPNonZero* nz = WalkFirst(kCols, walk); nz; nz = WalkNext(kCols, walk)) {
+    for (ILPNonZero* nz = ColWalkFirst(walk); nz; nz = ColWalkNext(walk)) {
         if (nz->GetNonlinear() != 0)
             os << lpfmt::format("NonZero [%7d] %-12s : %-12s : (% #9.3e|% #9.4e|)\n", nz->GetIndex(),
                                 RowName(nz), ColName(nz), nz->GetCoefficient(),
@@ -112,5 +112,5 @@ void LPMatrix::StreamRead(int n, ILPNonZero*** out, ILPVariable** vars, ILPEquat
 
 void LPMatrix::StreamReadSafe(int n, ILPNonZero*** out, ILPVariable** vars, ILPEquation** eqns,
                               std::istream* is) {
-    ReadRecords(n, out, vars, eqns, is, "LPMatrix::StreamReadSafe");
+    ReadRecords(n, out, vars, eqns, is, "LPMatrix::StreamRead");
 }

@@ -124,33 +124,3 @@ void LPStdDataMgr::ReIndexConnectionEqn() {
     for (ILPEquation* e = m_eqns->FrstEquationObject(); e; e = m_eqns->NextEquationObject())
         e->SetModelIndex(e->GetIndex());
 }
-
-void LPStdDataMgr::PersistAsFile(const char* /*path*/) {
-    ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Model file support is not linked in",
-              "LPStdDataMgr::PersistAsFile");
-}
-
-void LPStdDataMgr::PersistAsFile(const char* /*path*/, double /*version*/) {
-    ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Model file support is not linked in",
-              "LPStdDataMgr::PersistAsFile");
-}
-
-void LPStdDataMgr::PersistAsStream(std::stringstream* /*ss*/) {
-    ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Model file support is not linked in",
-              "LPStdDataMgr::PersistAsStream");
-}
-
-void LPStdDataMgr::PersistAsStream(std::stringstream* /*ss*/, double /*version*/) {
-    ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Model file support is not linked in",
-              "LPStdDataMgr::PersistAsStream");
-}
-
-bool LPStdDataMgr::RestoreFromFile(const char* /*path*/) {
-    ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Model file support is not linked in",
-              "LPStdDataMgr::RestoreFromFile");
-}
-
-void LPStdDataMgr::RestoreFromStream(std::istream* /*is*/) {
-    ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Model file support is not linked in",
-              "LPStdDataMgr::RestoreFromStream");
-}

@@ -65,6 +65,13 @@ protected:
     void RemoveEmptyEquations() override;
 
 private:
+    // The model file is written and read through the same frame as the model
+    // manager's; this container has no nonlinear terms, options or named
+    // collections, so its files carry none (and collections read are dropped).
+    void WriteModelFile(std::ostream* os, double version, const char* routine);
+    // Empties the model, keeping the title: a restore replaces the content.
+    void Clear();
+
     std::string m_title = "ZEMMODEL";
     LPVariableList* m_vars;
     LPEquationList* m_eqns;

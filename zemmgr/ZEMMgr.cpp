@@ -401,17 +401,9 @@ void ZEMMgr::PersistAsFile(const char* path) {
         ZEM_RAISE(zemsrc::kZemMgr, "ZEMMgr Error",
                   "Model title longer than 128 characters does not fit the ZEMFile header",
                   "ZEMMgr::PersistAsFile");
-    std::ofstream out;
     try {
-        out.open(path ? path : "", std::ios::out | std::ios::binary | std::ios::trunc);
-        if (!out.is_open())
-            throw ZEM_ExcpFileError(eFileCreateForWrite, "", path ? path : "",
-                                    "ZEMMgr::PersistAsFile", zemsrc::kZemMgr, __LINE__);
-        PersistAsFileStream(&out);
-        out.close();
-        if (out.fail())
-            throw ZEM_ExcpFileError(eFileWriteError, "", path, "ZEMMgr::PersistAsFile",
-                                    zemsrc::kZemMgr, __LINE__);
+        ZEMModelFile::WriteToPath(path, "ZEMMgr::PersistAsFile", zemsrc::kZemMgr,
+                                  [this](std::ofstream* os) { PersistAsFileStream(os); });
     } catch (ZEM_Exception&) {
         throw;
     } catch (std::exception& e) {

@@ -65,6 +65,16 @@ bool countsFit(std::istream* is, const int32_t* counts) {
 
 bool TitleFits(const std::string& title) { return title.size() <= kMaxTitle; }
 
+void WriteToPath(const char* path, const char* routine, const char* src,
+                 const std::function<void(std::ofstream*)>& write) {
+    const char* name = path ? path : "";
+    std::ofstream out(name, std::ios::out | std::ios::binary | std::ios::trunc);
+    if (!out.is_open()) throw ZEM_ExcpFileError(eFileCreateForWrite, "", name, routine, src, __LINE__);
+    write(&out);
+    out.close();
+    if (out.fail()) throw ZEM_ExcpFileError(eFileWriteError, "", name, routine, src, __LINE__);
+}
+
 void Write(std::ostream* os, double version, const ZEMModelState& state,
            const ZEMModelContent& content,
            const std::vector<ILPVariableCollection*>& collections, const char* routine) {

@@ -27,6 +27,7 @@
 // passes null for them (its files then hold no terms and an empty table).
 #pragma once
 
+#include <fstream>
 #include <functional>
 #include <istream>
 #include <ostream>
@@ -89,6 +90,13 @@ void Write(std::ostream* os, double version, const ZEMModelState& state,
            const ZEMModelContent& content,
            const std::vector<ILPVariableCollection*>& collections,
            const char* routine = "ZEMMgr::PersistAsFile");
+
+// Opens `path` for binary writing (an existing file is truncated) and lets
+// `write` fill it. A path that cannot be opened throws ZEM_ExcpFileError of
+// type 2, a failed write or close one of type 4 (routine `routine`, source
+// tag `src`).
+void WriteToPath(const char* path, const char* routine, const char* src,
+                 const std::function<void(std::ofstream*)>& write);
 
 enum class Mode { Replace, Append };
 

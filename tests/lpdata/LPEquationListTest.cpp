@@ -6,26 +6,6 @@
 
 #include "lpdata/LPEquation.h"
 
-TEST(LPEquationList, InsertRemoveAndTrashKeepIndicesConsecutive) {
-    LPEquationList list;
-    for (const char* n : {"R1", "R2", "R3", "R4", "R5"}) list.InsertEquation(n);
-    EXPECT_EQ(list.InsertEquation("R3")->GetIndex(), 3);
-    list.RemoveEquation(list.EqnNameLookup("R1"));
-    list.TrashEquation(list.EqnNameLookup("R4"));
-    list.EmptyTrash();
-    ILPEquation* out = nullptr;
-    const char* expected[] = {"R2", "R3", "R5"};
-    for (int i = 1; i <= 3; ++i) {
-        list.RetrieveEquationObject(i, &out);
-        ASSERT_NE(out, nullptr);
-        EXPECT_STREQ(out->GetName(), expected[i - 1]);
-        EXPECT_EQ(out->GetIndex(), i);
-    }
-    EXPECT_EQ(list.NumberOfEquations(), 3);
-    EXPECT_EQ(list.NumberOfPersistedEquations(), 3);
-    EXPECT_EQ(list.EqnNameLookup("R4"), nullptr);
-}
-
 TEST(LPEquationList, CountsByKind) {
     LPEquationList list;
     ILPEquation* obj = list.InsertEquation("OBJ");
@@ -65,21 +45,6 @@ TEST(LPEquationList, CountsByKind) {
     EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_OBJECTIVE), 1);
     EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_EQ), 1);
     EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_UNKNOWN), 0);
-}
-
-TEST(LPEquationList, ValueUpdates) {
-    LPEquationList list;
-    ILPEquation* a = list.InsertEquation("A");
-    ILPEquation* b = list.InsertEquation("B");
-    a->SetEqnValue(5);
-    list.UpdateBasePointValues();
-    a->SetEqnValue(1);
-    list.UpdateValuesFromBasePoint();
-    EXPECT_EQ(a->GetEqnValue(), 5);
-    const double residuals[] = {0.5, 0.25};
-    list.UpdateResidualValues(residuals);
-    EXPECT_EQ(a->GetResidualValue(), 0.5);
-    EXPECT_EQ(b->GetResidualValue(), 0.25);
 }
 
 TEST(LPEquationList, Display) {

@@ -16,6 +16,7 @@
 #include "lpdata/LPEquation.h"
 #include "lpdata/LPEquationList.h"
 #include "lpdata/LPNonZero.h"
+#include "lpdata/LPVariable.h"
 #include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
@@ -163,19 +164,6 @@ TEST_F(MatrixTest, AddingDuringARowWalkIsSafe) {
     EXPECT_EQ(matrix.NonZerosInRow(1), 8);
 }
 
-TEST_F(MatrixTest, RemoveNonZeroRenumbers) {
-    ILPNonZero* a = Add(1, 1, 1);
-    ILPNonZero* b = Add(1, 2, 2);
-    ILPNonZero* c = Add(2, 2, 3);
-    matrix.RemoveNonZero(b);
-    EXPECT_EQ(matrix.NumberOfNonZeros(), 2);
-    EXPECT_EQ(a->GetIndex(), 1);
-    EXPECT_EQ(c->GetIndex(), 2);
-    EXPECT_EQ(RowWalk(1), Strings{"C1"});
-    EXPECT_EQ(ColWalk(2), Strings{"R2"});
-    EXPECT_EQ(matrix.ExistIncidence(1, 2), nullptr);
-}
-
 TEST_F(MatrixTest, NonlinearEntriesAreRefusedAndNothingChanges) {
     ILPNonZero* nz = Add(3, 4, 1.0);
     Add(3, 5, 1.0);
@@ -252,44 +240,101 @@ TEST_F(MatrixTest, TrashAndEliminateRemoveInOneBatch) {
     EXPECT_EQ(matrix.ExistIncidence(4, 7)->GetCoefficient(), 47);
 }
 
-TEST_F(MatrixTest, RenumberedListsReKeyRowsAndColumns) {
+TEST_F(MatrixTest, DerivedRowsFollowRemovalsOfEmptyRows) {
     Add(1, 1, 11);
     Add(3, 2, 32);
-    Add(5, 4, 54);
-    Add(6, 8, 68);
-    // Remove rows 2 and 4 and column 3 (no entries) through the lists.
+    Add(3, 1, 31);
+    Add(6, 4, 64);
+    EXPECT_EQ(RowWalk(3), (Strings{"C2", "C1"}));  // rows derived here
+    Add(3, 5, 35);                                  // filed after the derivation
+    Add(5, 6, 56);
+    EXPECT_EQ(matrix.NonZerosInRow(3), 3);
     eqns.TrashEquation(Row(2));
     eqns.TrashEquation(Row(4));
-    eqns.EmptyTrash();
-    vars.RemoveVariable(Col(3));
-    EXPECT_EQ(matrix.ExistIncidence(2, 2)->GetCoefficient(), 32);  // R3 is row 2 now
-    EXPECT_EQ(matrix.ExistIncidence(3, 3)->GetCoefficient(), 54);  // R5 row 3, C4 column 3
-    EXPECT_EQ(matrix.ExistIncidence(4, 7)->GetCoefficient(), 68);
-    EXPECT_EQ(RowWalk(4), Strings{"C8"});
-    EXPECT_EQ(ColWalk(3), Strings{"R5"});
-    // Entries added after the renumbering land in the right lines.
-    ILPNonZero* nz = nullptr;
-    matrix.CreateNewNonZeroObject(&nz);
-    nz->SetEquationPtr(eqns.EqnNameLookup("R6"));
-    nz->SetVariablePtr(vars.VarNameLookup("C4"));
-    nz->SetCoefficient(64);
-    matrix.AddNonZeroObject(nz);
-    EXPECT_EQ(RowWalk(4), (Strings{"C8", "C4"}));
-    EXPECT_EQ(ColWalk(3), (Strings{"R5", "R6"}));
+    eqns.EmptyTrash();  // R3 -> 2, R5 -> 3, R6 -> 4
+    EXPECT_EQ(RowWalk(1), Strings{"C1"});
+    EXPECT_EQ(RowWalk(2), (Strings{"C2", "C1", "C5"}));
+    EXPECT_EQ(RowWalk(3), Strings{"C6"});
+    EXPECT_EQ(RowWalk(4), Strings{"C4"});
+    EXPECT_EQ(RowWalk(5), Strings{});
+    EXPECT_EQ(matrix.NonZerosInRow(2), 3);
+    Add(4, 1, 61);
+    Strings byRow;
+    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByRow(); nz; nz = matrix.NextNonZeroObjectByRow())
+        byRow.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
+    EXPECT_EQ(byRow, (Strings{"R1C1", "R3C2", "R3C1", "R3C5", "R5C6", "R6C4", "R6C1"}));
+    // Removing a row that still had entries through the matrix first, and a
+    // column through its list.
+    matrix.EliminateEquation(Row(2));
+    eqns.RemoveEquation(Row(2));
+    vars.RemoveVariable(Col(3));  // no entries; C4 becomes column 3
+    EXPECT_EQ(RowWalk(2), Strings{"C6"});
+    EXPECT_EQ(RowWalk(3), (Strings{"C4", "C1"}));
+    EXPECT_EQ(ColWalk(3), Strings{"R6"});
+    EXPECT_EQ(matrix.ExistIncidence(3, 3)->GetCoefficient(), 64);
+    ExpectIndicesConsecutive();
 }
 
 TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
-    LPEquation loose;
-    loose.SetIndex(40);
+    const std::string kIndexError = "Matrix Structure Error - Inconsistent Equation or Variable index";
+    Add(1, 1, 5);
+    // A variable outside the list is refused at once.
+    LPVariable looseVar;
+    looseVar.SetName("LV");
+    looseVar.SetIndex(40);
     ILPNonZero* nz = nullptr;
     matrix.CreateNewNonZeroObject(&nz);
-    nz->SetEquationPtr(&loose);
-    nz->SetVariablePtr(Col(1));
-    EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
-    nz->SetEquationPtr(nullptr);
+    nz->SetEquationPtr(Row(1));
+    nz->SetVariablePtr(&looseVar);
+    try {
+        matrix.AddNonZeroObject(nz);
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), kIndexError);
+        EXPECT_EQ(e.Reason(), "NonZero : R1 : LV");
+    }
+    nz->SetVariablePtr(nullptr);
     EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
     nz->Destroy();
-    EXPECT_EQ(matrix.NumberOfNonZeros(), 0);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
+
+    // An equation outside the list is refused when the rows are derived, and
+    // the entry can still be taken out again.
+    LPEquation looseEqn;
+    looseEqn.SetName("LE");
+    looseEqn.SetIndex(40);
+    ILPNonZero* bad = nullptr;
+    matrix.CreateNewNonZeroObject(&bad);
+    bad->SetEquationPtr(&looseEqn);
+    bad->SetVariablePtr(Col(2));
+    ASSERT_EQ(matrix.AddNonZeroObject(bad), bad);
+    try {
+        matrix.NonZerosInRow(1);
+        ADD_FAILURE() << "no exception";
+    } catch (const ZEM_Exception& e) {
+        EXPECT_EQ(e.Name(), kIndexError);
+        EXPECT_EQ(e.Reason(), "NonZero : LE : C2");
+    }
+    EXPECT_THROW(matrix.RowFrstNonZeroObject(1), ZEM_Exception);
+    matrix.RemoveNonZero(bad);
+    EXPECT_EQ(matrix.NonZerosInRow(1), 1);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
+}
+
+// An equation given an index behind the list's back takes another row's
+// place; the clash is reported instead of mixing the two rows.
+TEST_F(MatrixTest, TwoEquationsClaimingOneRowAreReported) {
+    Add(2, 1, 1);
+    LPEquation impostor;
+    impostor.SetIndex(2);
+    ILPNonZero* nz = nullptr;
+    matrix.CreateNewNonZeroObject(&nz);
+    nz->SetEquationPtr(&impostor);
+    nz->SetVariablePtr(Col(3));
+    matrix.AddNonZeroObject(nz);
+    EXPECT_THROW(matrix.NonZerosInRow(2), ZEM_Exception);
+    matrix.EliminateVariable(Col(3));
+    EXPECT_EQ(matrix.NonZerosInRow(2), 1);
 }
 
 // Random edits checked against a plain map of (row name, column name) ->
@@ -323,6 +368,11 @@ TEST_F(MatrixTest, RandomEditsMatchAReferenceModel) {
                 ++n;
             }
             EXPECT_EQ(matrix.NonZerosInRow(r), n);
+            // Within a row, entries come in insertion order.
+            Strings expected;
+            for (const auto& key : order)
+                if (key.first == rn) expected.push_back(key.second);
+            EXPECT_EQ(RowWalk(r), expected) << rn;
             total += n;
         }
         EXPECT_EQ(total, static_cast<int>(ref.size()));

@@ -50,7 +50,7 @@ TEST_F(SetTest, LargeSetStaysDistinct) {
     LPVariableList many;
     LPSpOrdSet set;
     for (int i = 0; i < 200; ++i) many.InsertVariable(("V" + std::to_string(i)).c_str());
-    for (int round = 0; round < 2; ++round)
+    for (int round = 0; round < 2; ++round)  // every variable offered twice
         for (ILPVariable* v = many.FrstVariableObject(); v; v = many.NextVariableObject())
             set.AddVariableObject(v);
     EXPECT_EQ(set.GetSize(), 200);

@@ -193,72 +193,47 @@ TEST(ListRecords, LongNamesAreCutToSixtyCharacters) {
     delete[] table;
 }
 
-TEST(ListRecords, RandomVariableListsRoundTrip) {
+// Write, read back, write again: the second image must equal the first (the
+// layout tests pin the writer's offsets, so this pins the reader's), and the
+// entities read must be the table handed out, indexed after what was there.
+TEST(ListRecords, RandomListsRoundTrip) {
     std::mt19937 rng(7);
-    for (double version : {2000.0, 2011.3, 2020.1}) {
-        LPVariableList src;
-        FillRandomVariables(src, 300, rng);
+    for (double version : {2000.0, 2011.3, 2016.0, 2020.1}) {
+        LPVariableList vsrc, vdst;
+        LPEquationList esrc, edst;
+        FillRandomVariables(vsrc, 300, rng);
+        FillRandomEquations(esrc, 300, rng);
         std::stringstream ss;
-        src.StreamWrite(&ss, version);
-        LPVariableList dst;
-        dst.InsertVariable("ALREADY_THERE");
-        ILPVariable** table = nullptr;
-        dst.StreamRead(src.NumberOfVariables(), &table, &ss, version);
-        ASSERT_EQ(dst.NumberOfVariables(), 301);
+        vsrc.StreamWrite(&ss, version);
+        esrc.StreamWrite(&ss, version);
+        const std::string image = ss.str();
+        vdst.InsertVariable("ALREADY_THERE");
+        ILPVariable** vt = nullptr;
+        ILPEquation** et = nullptr;
+        vdst.StreamReadSafe(300, &vt, &ss, version);
+        edst.StreamRead(300, &et, &ss, version);
         EXPECT_EQ(ss.peek(), EOF);  // every byte consumed
-        int i = 0;
-        for (ILPVariable* a = src.FrstVariableObject(); a; a = src.NextVariableObject(), ++i) {
-            ILPVariable* b = table[i];
-            ASSERT_NE(b, nullptr);
-            EXPECT_EQ(b->GetIndex(), i + 2);
-            EXPECT_EQ(b->GetName(), Cut(a->GetName()));
-            EXPECT_EQ(b->GetVarValue(), a->GetVarValue());
-            EXPECT_EQ(b->GetBoundLower(), a->GetBoundLower());
-            EXPECT_EQ(b->GetBoundUpper(), a->GetBoundUpper());
-            EXPECT_EQ(b->GetBaseValue(), a->GetBaseValue());
-            EXPECT_EQ(b->GetPersistentValue(), a->GetPersistentValue());
-            EXPECT_EQ(b->GetTempBoundLower(), a->GetTempBoundLower());
-            EXPECT_EQ(b->GetStepBound(), a->GetStepBound());
-            EXPECT_EQ(b->GetSampleBoundLower(), a->GetSampleBoundLower());
-            EXPECT_EQ(b->GetSampleBoundUpper(), a->GetSampleBoundUpper());
-            EXPECT_EQ(b->GetVarType(), a->GetVarType());
-            EXPECT_EQ(b->GetVarStatus(), a->GetVarStatus());
-            EXPECT_EQ(b->GetNonlinear(), a->GetNonlinear());
-            EXPECT_EQ(b->GetVarShadowPrice(), version > 2011.5 ? a->GetVarShadowPrice() : 0.0);
+        ASSERT_EQ(vdst.NumberOfVariables(), 301);
+        EXPECT_EQ(vt[300], nullptr);
+        for (int i = 0; i < 300; ++i) {
+            EXPECT_EQ(vt[i]->GetIndex(), i + 2);
+            EXPECT_EQ(et[i]->GetIndex(), i + 1);
         }
-        EXPECT_EQ(table[300], nullptr);
-        delete[] table;
-    }
-}
-
-TEST(ListRecords, RandomEquationListsRoundTrip) {
-    std::mt19937 rng(11);
-    for (double version : {2011.2, 2016.0, 2020.1}) {
-        LPEquationList src;
-        FillRandomEquations(src, 300, rng);
-        std::stringstream ss;
-        src.StreamWrite(&ss, version);
-        LPEquationList dst;
-        ILPEquation** table = nullptr;
-        dst.StreamReadSafe(src.NumberOfEquations(), &table, &ss, version);
-        ASSERT_EQ(dst.NumberOfEquations(), 300);
-        int i = 0;
-        for (ILPEquation* a = src.FrstEquationObject(); a; a = src.NextEquationObject(), ++i) {
-            ILPEquation* b = table[i];
-            EXPECT_EQ(b->GetName(), Cut(a->GetName()));
-            EXPECT_EQ(b->GetType(), a->GetType());
-            EXPECT_EQ(b->GetEqnValue(), a->GetEqnValue());
-            EXPECT_EQ(b->GetRHS(), a->GetRHS());
-            EXPECT_EQ(b->GetRange(), a->GetRange());
-            EXPECT_EQ(b->GetBaseValue(), a->GetBaseValue());
-            if (a->GetType() == ZEM_EQN_LE || a->GetType() == ZEM_EQN_GE) {
-                EXPECT_EQ(b->GetRHSLo(), a->GetRHSLo());
-                EXPECT_EQ(b->GetRHSUp(), a->GetRHSUp());
-            }
-            EXPECT_EQ(b->GetShadowPrice(), version > 2011.5 ? a->GetShadowPrice() : 0.0);
-            EXPECT_EQ(b->GetEqnScale(), version > 2017.5 ? a->GetEqnScale() : 1.0);
+        EXPECT_EQ(vdst.VarNameLookup(Cut(vsrc.FrstVariableObject()->GetName()).c_str()), vt[0]);
+        vdst.RemoveVariable(vdst.VarNameLookup("ALREADY_THERE"));
+        std::ostringstream again;
+        vdst.StreamWrite(&again, version);
+        edst.StreamWrite(&again, version);
+        EXPECT_EQ(again.str(), image) << version;
+        // Fields the older layouts do not carry come back as defaults.
+        if (version <= 2011.5) {
+            EXPECT_EQ(vt[5]->GetVarShadowPrice(), 0.0);
         }
-        delete[] table;
+        if (version <= 2017.5) {
+            EXPECT_EQ(et[5]->GetEqnScale(), 1.0);
+        }
+        delete[] vt;
+        delete[] et;
     }
 }
 
@@ -346,7 +321,8 @@ TEST(ListRecords, ShortNameBlockAddsOnlyTheNamedEntities) {
     std::ostringstream os;
     src.StreamWrite4(&os);
     std::string bytes = os.str().substr(0, 2 * 88);
-    bytes += std::string("\x02\x00\x00\x00", 4) + std::string("A\0", 2);
+    // "A" and an unterminated "B": only the complete name is used.
+    bytes += std::string("\x03\x00\x00\x00", 4) + std::string("A\0B", 3);
     LPVariableList dst;
     std::istringstream is(bytes);
     ILPVariable** table = nullptr;
@@ -390,6 +366,9 @@ ILPNonZero* AddEntry(Model& m, ILPEquation* e, ILPVariable* v, double c) {
 
 }  // namespace
 
+// A whole model written, read into fresh containers and written again gives
+// the same bytes; the matrix read back answers by row and column as the
+// original does.
 TEST(ModelRecords, RandomModelRoundTrips) {
     std::mt19937 rng(3);
     Model src;
@@ -413,13 +392,16 @@ TEST(ModelRecords, RandomModelRoundTrips) {
     col.SetDirection(-1);
     col.SetType(4);
     for (int k = 0; k < 30; ++k) col.AddVariableObject(vs[rng() % vs.size()]);
-
+    auto writeAll = [](Model& m, LPVariableCollection& c, std::ostream& os) {
+        m.vars.StreamWrite(&os, 2020.1);
+        m.eqns.StreamWrite(&os, 2020.1);
+        m.matrix.StreamWrite(&os);
+        m.sets.StreamWrite(&os);
+        c.StreamWrite(&os);
+    };
     std::stringstream ss;
-    src.vars.StreamWrite(&ss, 2020.1);
-    src.eqns.StreamWrite(&ss, 2020.1);
-    src.matrix.StreamWrite(&ss);
-    src.sets.StreamWrite(&ss);
-    col.StreamWrite(&ss);
+    writeAll(src, col, ss);
+    const std::string image = ss.str();
 
     Model dst;
     ILPVariable** vt = nullptr;
@@ -433,40 +415,19 @@ TEST(ModelRecords, RandomModelRoundTrips) {
     LPVariableCollection back;
     back.StreamRead(vt, &ss);
     EXPECT_EQ(ss.peek(), EOF);
+    std::ostringstream again;
+    writeAll(dst, back, again);
+    EXPECT_EQ(again.str(), image);
 
-    ASSERT_EQ(dst.matrix.NumberOfNonZeros(), src.matrix.NumberOfNonZeros());
     EXPECT_EQ(dst.matrix.NumberOfPersistedNonZeros(), src.matrix.NumberOfNonZeros());
-    ILPNonZero* b = dst.matrix.FrstNonZeroObject();
-    int i = 0;
-    for (ILPNonZero* a = src.matrix.FrstNonZeroObject(); a; a = src.matrix.NextNonZeroObject(), ++i) {
+    EXPECT_EQ(nt[0], dst.matrix.FrstNonZeroObject());
+    for (ILPNonZero* a = src.matrix.FrstNonZeroObject(); a; a = src.matrix.NextNonZeroObject()) {
+        ILPNonZero* b = dst.matrix.ExistIncidence(a->GetEquationIdx(), a->GetVariableIdx());
         ASSERT_NE(b, nullptr);
-        EXPECT_EQ(nt[i], b);
-        EXPECT_EQ(b->GetEquationIdx(), a->GetEquationIdx());
-        EXPECT_EQ(b->GetVariableIdx(), a->GetVariableIdx());
-        EXPECT_EQ(b->GetCoefficient(), a->GetCoefficient());
-        EXPECT_EQ(dst.matrix.ExistIncidence(a->GetEquationIdx(), a->GetVariableIdx()), b);
-        b = dst.matrix.NextNonZeroObject();
+        EXPECT_EQ(b, nt[a->GetIndex() - 1]);
     }
     for (int r = 1; r <= 40; ++r) EXPECT_EQ(dst.matrix.NonZerosInRow(r), src.matrix.NonZerosInRow(r));
-
-    ASSERT_EQ(dst.sets.NumberOfSpOrdSets(), 7);
-    EXPECT_EQ(dst.sets.TotalSOSVars(), src.sets.TotalSOSVars());
-    for (ILPSpOrdSet *a = src.sets.FrstSpOrdSetObject(), *c = dst.sets.FrstSpOrdSetObject(); a;
-         a = src.sets.NextSpOrdSetObject(), c = dst.sets.NextSpOrdSetObject()) {
-        ASSERT_NE(c, nullptr);
-        EXPECT_EQ(c->GetName(), Cut(a->GetName()));
-        EXPECT_EQ(c->GetType(), a->GetType());
-        ASSERT_EQ(c->GetSize(), a->GetSize());
-        for (ILPVariable *x = a->FrstSetVar(), *y = c->FrstSetVar(); x; x = a->NextSetVar(), y = c->NextSetVar())
-            EXPECT_EQ(y->GetIndex(), x->GetIndex());
-    }
     EXPECT_STREQ(back.Name(), "OUTPUTS");
-    EXPECT_EQ(back.GetDirection(), -1);
-    EXPECT_EQ(back.GetType(), 4);
-    ASSERT_EQ(back.CollectionSize(), col.CollectionSize());
-    for (ILPVariable *x = col.FrstVariableObject(), *y = back.FrstVariableObject(); x;
-         x = col.NextVariableObject(), y = back.NextVariableObject())
-        EXPECT_EQ(y->GetIndex(), x->GetIndex());
     delete[] vt;
     delete[] et;
     delete[] nt;
@@ -537,6 +498,10 @@ TEST(ModelRecords, DamagedSetStreams) {
     ExpectError([&] { read(good.substr(0, 60), 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
     ExpectError([&] { read(good.substr(0, 72), 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
     ExpectError([&] { read(good, 1, 3); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    // Member counts that do not add up to the total are refused even when the
+    // stream holds enough bytes.
+    ExpectError([&] { read(good + std::string(4, '\1'), 1, 3); }, "LPStdDataMgr Error", error,
+                "LPSpOrdSetList::StreamRead");
     ExpectError([&] { read(good, INT_MAX, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
     std::string badIndex = good;
     zembin::put32(reinterpret_cast<unsigned char*>(&badIndex[72]), 3);

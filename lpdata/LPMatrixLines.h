@@ -1,0 +1,92 @@
+// The row and column structures of LPMatrix (private to it).
+//
+// Columns are built as entries arrive, because adding a nonzero looks for an
+// entry of the same row in its column: one contiguous line per column, kept
+// in an array indexed by the variable's index. A column that grows past a few
+// entries also keeps a hash index from equation to nonzero.
+//
+// Rows are derived from the matrix's insertion-ordered nonzero list when a
+// row is first asked for: one pass counts the entries of each row and one
+// places them (compressed row storage). Entries added after that are filed
+// into small per-row overflow lines until they are many, when the rows are
+// derived again. Within a row the entries are always in insertion order, so
+// "the p-th entry of row r" does not depend on the layout and row cursors
+// survive a re-derivation.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+class ILPEquation;
+class ILPNonZero;
+class ILPVariable;
+
+class LPMatrixColumns {
+public:
+    using RowIndex = std::unordered_map<const void*, ILPNonZero*>;
+    struct Line {
+        std::vector<ILPNonZero*> entries;
+        const void* owner = nullptr;     // its variable, while entries is not empty
+        std::unique_ptr<RowIndex> index;  // equation -> live nonzero, long columns only
+    };
+
+    size_t Slots() const { return m_lines.size(); }
+    Line* At(int idx);
+    // The line of nz's variable, created when absent. `limit` bounds the
+    // index (-1: no bound). A slot held by another variable means the keys
+    // are out of date: the lines are re-keyed once before giving up.
+    Line& For(ILPNonZero* nz, int limit, const char* routine);
+    // The live (not trashed) entry of `eqn` in the column, or null.
+    ILPNonZero* Find(const Line& line, const ILPEquation* eqn) const;
+    void Append(Line& line, ILPNonZero* nz);
+    // Removes nz from its column; false when it is not there.
+    bool Erase(ILPNonZero* nz);
+    // Drops nz from its column's row index (it was trashed).
+    void Unindex(ILPNonZero* nz);
+    // Removes the doomed nonzeros from the columns they sit in.
+    void Compact(const std::vector<ILPNonZero*>& doomed,
+                 const std::unordered_set<const ILPNonZero*>& set);
+    // Re-keys every line from its variable's current index.
+    void Rekey();
+    void TrimTail();
+
+private:
+    void Reindex(Line& line);
+    std::vector<Line> m_lines;
+};
+
+class LPMatrixRows {
+public:
+    // Brings the rows up to date with all[0..all.size()). `limit` bounds the
+    // row index (-1: no bound).
+    void Settle(const std::deque<ILPNonZero*>& all, int limit);
+    // The rows are derived from scratch at the next Settle.
+    void Invalidate() { m_built = false; }
+    // Follows a renumbering of the equations (removed rows are empty): the
+    // surviving rows keep their order, so only the row starts move, O(rows).
+    // Falls back to a fresh derivation when the new indices do not keep the
+    // order.
+    void Rekey(int limit);
+    size_t Slots() const { return m_start.empty() ? 0 : m_start.size() - 1; }
+    size_t Size(size_t r) const;
+    ILPNonZero* At(size_t r, size_t p) const;
+    // The equation of row r, or null when the row has no entries.
+    const ILPEquation* Owner(size_t r) const { return r < m_owner.size() ? m_owner[r] : nullptr; }
+
+private:
+    void Rebuild(const std::deque<ILPNonZero*>& all, int limit);
+    size_t KeyOf(ILPNonZero* nz, int limit) const;
+    void Claim(size_t r, ILPNonZero* nz);
+
+    std::vector<size_t> m_start;  // row r holds m_data[m_start[r] .. m_start[r+1])
+    std::vector<ILPNonZero*> m_data;
+    std::vector<std::vector<ILPNonZero*>> m_extra;  // filed after the last derivation
+    std::vector<const ILPEquation*> m_owner;
+    size_t m_extraCount = 0;
+    size_t m_settled = 0;  // entries of the nonzero list already in the rows
+    bool m_built = false;
+};

@@ -1,0 +1,158 @@
+#include "lpdata/LPNameIndex.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "lpdata/ZEMException.h"
+
+uint64_t LPNameIndex::Hash(const char* s, size_t n) {
+    uint64_t h = 1469598103934665603ull;  // FNV-1a, then a final mix for the low bits
+    for (size_t i = 0; i < n; ++i) {
+        h ^= static_cast<unsigned char>(s[i]);
+        h *= 1099511628211ull;
+    }
+    h ^= h >> 33;
+    h *= 0xff51afd7ed558ccdull;
+    h ^= h >> 33;
+    return h;
+}
+
+bool LPNameIndex::Equals(const Key& key, const char* s, size_t n) const {
+    return key.length == n && std::memcmp(m_arena.data() + key.offset, s, n) == 0;
+}
+
+LPNameIndex::Key LPNameIndex::Store(const char* name) {
+    const size_t n = name ? std::strlen(name) : 0;
+    if (m_arena.size() + n > std::numeric_limits<uint32_t>::max())
+        ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Name storage exceeds 4 GB",
+                  "LPNameIndex::Store");
+    Key key;
+    key.offset = static_cast<uint32_t>(m_arena.size());
+    key.length = static_cast<uint32_t>(n);
+    m_arena.append(name ? name : "", n);
+    m_liveBytes += n;
+    return key;
+}
+
+size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
+    if (name == nullptr || m_slots.empty()) return npos;
+    const size_t n = std::strlen(name);
+    const uint64_t h = Hash(name, n);
+    const uint64_t tag = h >> 32;
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = static_cast<size_t>(h) & mask;; i = (i + 1) & mask) {
+        const uint64_t s = m_slots[i];
+        if (s == 0) return npos;
+        if ((s >> 32) == tag) {
+            const size_t pos = static_cast<size_t>(s & 0xffffffffu) - 1;
+            if (Equals(keys[pos], name, n)) return pos;
+        }
+    }
+}
+
+bool LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys) {
+    const uint64_t tag = hash >> 32;
+    const size_t mask = m_slots.size() - 1;
+    const Key& key = keys[pos];
+    const char* name = m_arena.data() + key.offset;
+    for (size_t i = static_cast<size_t>(hash) & mask;; i = (i + 1) & mask) {
+        const uint64_t s = m_slots[i];
+        if (s == 0) {
+            m_slots[i] = (tag << 32) | static_cast<uint64_t>(pos + 1);
+            ++m_used;
+            return true;
+        }
+        if ((s >> 32) == tag && Equals(keys[static_cast<size_t>(s & 0xffffffffu) - 1], name, key.length)) {
+            ++m_shadowed;  // the first entity of this name keeps the entry
+            return false;
+        }
+    }
+}
+
+void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& keys) {
+    m_liveBytes -= std::min<size_t>(m_liveBytes, gone.length);
+    if (m_slots.empty()) return;
+    const size_t mask = m_slots.size() - 1;
+    // Key of a slot whose stored position is still the one before the removal.
+    const auto keyOf = [&](uint64_t s) -> const Key& {
+        const size_t p = static_cast<size_t>(s & 0xffffffffu) - 1;
+        return keys[p > pos ? p - 1 : p];
+    };
+    size_t hole = npos;
+    for (size_t i = static_cast<size_t>(HashOf(gone)) & mask; m_slots[i] != 0; i = (i + 1) & mask) {
+        if (static_cast<size_t>(m_slots[i] & 0xffffffffu) == pos + 1) {
+            hole = i;
+            break;
+        }
+    }
+    if (hole == npos) {
+        if (m_shadowed > 0) --m_shadowed;  // pos was not indexed: its name is held earlier
+    } else {
+        // Backward-shift deletion keeps every probe chain unbroken.
+        m_slots[hole] = 0;
+        --m_used;
+        for (size_t j = (hole + 1) & mask; m_slots[j] != 0; j = (j + 1) & mask) {
+            const size_t home = static_cast<size_t>(HashOf(keyOf(m_slots[j]))) & mask;
+            // The entry at j may fill the hole unless its home lies cyclically in (hole, j].
+            if (((j - home) & mask) >= ((j - hole) & mask)) {
+                m_slots[hole] = m_slots[j];
+                m_slots[j] = 0;
+                hole = j;
+            }
+        }
+    }
+    for (uint64_t& s : m_slots)
+        if (s != 0 && (s & 0xffffffffu) > pos + 1) --s;
+    if (hole != npos && m_shadowed > 0) {
+        // A later entity of the same name now takes the entry.
+        for (size_t p = pos; p < keys.size(); ++p) {
+            if (Equals(keys[p], m_arena.data() + gone.offset, gone.length)) {
+                --m_shadowed;
+                Place(p, HashOf(keys[p]), keys);
+                break;
+            }
+        }
+    }
+}
+
+void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys) {
+    size_t capacity = 16;
+    while (capacity < 2 * (positions + 1)) capacity *= 2;
+    m_slots.assign(capacity, 0);
+    m_used = 0;
+    m_shadowed = 0;
+    for (size_t p = 0; p < positions; ++p) Place(p, HashOf(keys[p]), keys);
+}
+
+void LPNameIndex::Insert(size_t pos, const std::vector<Key>& keys) {
+    if (pos >= 0xffffffffu)
+        ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Too many names to index", "LPNameIndex::Insert");
+    if (2 * (m_used + 1) > m_slots.size()) Grow(pos, keys);
+    Place(pos, HashOf(keys[pos]), keys);
+}
+
+void LPNameIndex::Rebuild(std::vector<Key>& keys) {
+    size_t live = 0;
+    for (const Key& k : keys) live += k.length;
+    if (m_arena.size() > 2 * live + 4096) {  // mostly garbage: compact the arena
+        std::string fresh;
+        fresh.reserve(live);
+        for (Key& k : keys) {
+            const uint32_t off = static_cast<uint32_t>(fresh.size());
+            fresh.append(m_arena, k.offset, k.length);
+            k.offset = off;
+        }
+        m_arena.swap(fresh);
+    }
+    m_liveBytes = live;
+    Grow(keys.size(), keys);
+}
+
+void LPNameIndex::Clear() {
+    std::string().swap(m_arena);
+    std::vector<uint64_t>().swap(m_slots);
+    m_used = 0;
+    m_shadowed = 0;
+    m_liveBytes = 0;
+}

@@ -1,0 +1,61 @@
+// Name index of an entity list: maps a name to the position of the first
+// entity added under it.
+//
+// The names are copied, as they were when their entities were added, into one
+// contiguous arena; a flat open-addressing table (linear probing, at most half
+// full) maps each name's hash to a position in the list. Lookups touch one
+// table slot and, on a hash match, one arena entry. Positions change when
+// entities are removed: a single removal erases its entry and shifts the
+// later positions down in one sequential pass over the table (Erase); a batch
+// removal re-indexes from scratch (Rebuild). Both are O(n), as the removal
+// itself is.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class LPNameIndex {
+public:
+    static constexpr size_t npos = static_cast<size_t>(-1);
+
+    // Where a name sits in the arena.
+    struct Key {
+        uint32_t offset = 0;
+        uint32_t length = 0;
+    };
+
+    // Copies the name into the arena and returns its key (not yet indexed).
+    Key Store(const char* name);
+    // Indexes position `pos` under `key` unless an earlier position already
+    // holds that name. `keys` are the keys of all positions, `pos` included.
+    void Insert(size_t pos, const std::vector<Key>& keys);
+    // Position of the first entity added under `name`, or npos.
+    size_t Find(const char* name, const std::vector<Key>& keys) const;
+    // Forgets position `pos`, whose key `gone` the owner has just taken out
+    // of `keys`, and moves every later position down by one. When pos held a
+    // name that a later position also has, that position becomes the one
+    // found. The arena space of `gone` is reclaimed by the next Rebuild.
+    void Erase(size_t pos, const Key& gone, const std::vector<Key>& keys);
+    // Re-indexes from scratch (first position of each name wins) and drops
+    // the arena space of names no longer in `keys`; keys are updated in place.
+    void Rebuild(std::vector<Key>& keys);
+    void Clear();
+    // True when most of the arena holds names of removed entities.
+    bool Wasteful() const { return m_arena.size() > 2 * m_liveBytes + 4096; }
+
+private:
+    static uint64_t Hash(const char* s, size_t n);
+    bool Equals(const Key& key, const char* s, size_t n) const;
+    void Grow(size_t positions, const std::vector<Key>& keys);
+    // Indexes pos unless its name is already indexed; false when it was.
+    bool Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
+    uint64_t HashOf(const Key& key) const { return Hash(m_arena.data() + key.offset, key.length); }
+
+    std::string m_arena;
+    std::vector<uint64_t> m_slots;  // 0: empty; else (hash tag << 32) | (position + 1)
+    size_t m_liveBytes = 0;
+    size_t m_used = 0;
+    size_t m_shadowed = 0;  // positions whose name an earlier position holds
+};
