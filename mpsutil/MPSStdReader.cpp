@@ -46,7 +46,7 @@ void MPSStdReader::Destroy() { delete this; }
 
 void MPSStdReader::TakeLPStdDataObject(ILPStdDataMgr** out) {
     if (out != nullptr) *out = m_model;
-    ForgetNames();
+    m_lastColumn = nullptr;
     m_model = nullptr;
     m_ownsModel = false;
     m_varList = nullptr;
@@ -110,8 +110,10 @@ bool MPSStdReader::ReadMPSLine() {
     }
     ++m_lineCount;
     if (n > 0 && m_line[n - 1] == '\n') m_line[--n] = '\0';
-    if (char* cr = static_cast<char*>(std::memchr(m_line, '\r', n))) *cr = '\0';
-    m_lineLength = static_cast<int>(std::strlen(m_line));
+    // One pass finds the first carriage return or the NUL that ends the text.
+    char* end = strchrnul(m_line, '\r');
+    *end = '\0';
+    m_lineLength = static_cast<int>(end - m_line);
     return true;
 }
 
@@ -120,7 +122,7 @@ void MPSStdReader::ResetReadState() {
     m_section = kMPSCardEndOfFile;
     m_cardStatus = kMPSCardEndOfFile;
     m_emptyColumns.clear();
-    ForgetNames();
+    m_lastColumn = nullptr;
     for (auto& field : m_fields) field[0] = '\0';
 }
 
@@ -246,7 +248,7 @@ void MPSStdReader::ReadSections() {
             case kMPSCardSETS: SETSData(); break;
             case kMPSCardENDATA:
                 CheckMPSStatus();
-                ForgetNames();
+                m_lastColumn = nullptr;  // rows and columns may be dropped now
                 m_model->ProcessFullCollection();
                 return;
             case kMPSCardEndOfFile:
@@ -300,43 +302,9 @@ void MPSStdReader::FetchModelParts(const char* message, const char* routine, int
     }
 }
 
-// The index holds only entities of the list, so when it is as large as the
-// list it holds all of them and a miss is final; otherwise the list decides.
-ILPEquation* MPSStdReader::FindEquation(const char* name) {
-    const size_t length = std::strlen(name);
-    if (ILPEquation* eqn = m_rowIndex.Find(name, length)) return eqn;
-    if (m_rowIndex.Size() == static_cast<size_t>(m_eqnList->NumberOfEquations())) return nullptr;
-    ILPEquation* eqn = m_eqnList->EqnNameLookup(name);
-    if (eqn != nullptr) m_rowIndex.Insert(name, length, eqn);
-    return eqn;
-}
+ILPEquation* MPSStdReader::FindEquation(const char* name) { return m_eqnList->EqnNameLookup(name); }
 
-ILPVariable* MPSStdReader::FindVariable(const char* name) {
-    const size_t length = std::strlen(name);
-    if (ILPVariable* var = m_columnIndex.Find(name, length)) return var;
-    if (m_columnIndex.Size() == static_cast<size_t>(m_varList->NumberOfVariables())) return nullptr;
-    ILPVariable* var = m_varList->VarNameLookup(name);
-    if (var != nullptr) m_columnIndex.Insert(name, length, var);
-    return var;
-}
-
-void MPSStdReader::RememberEquation(ILPEquation* eqn) {
-    const char* name = eqn->GetName();
-    const size_t length = std::strlen(name);
-    if (m_rowIndex.Find(name, length) == nullptr) m_rowIndex.Insert(name, length, eqn);
-}
-
-void MPSStdReader::RememberVariable(ILPVariable* var) {
-    const char* name = var->GetName();
-    const size_t length = std::strlen(name);
-    if (m_columnIndex.Find(name, length) == nullptr) m_columnIndex.Insert(name, length, var);
-}
-
-void MPSStdReader::ForgetNames() {
-    m_rowIndex.Clear();
-    m_columnIndex.Clear();
-    m_lastColumn = nullptr;
-}
+ILPVariable* MPSStdReader::FindVariable(const char* name) { return m_varList->VarNameLookup(name); }
 
 ILPVariable* MPSStdReader::NewVariable(const char* name) {
     ILPVariable* var = nullptr;
@@ -344,7 +312,6 @@ ILPVariable* MPSStdReader::NewVariable(const char* name) {
     if (var == nullptr) return nullptr;
     var->SetName(name);
     m_varList->AddVariableObject(var);
-    RememberVariable(var);
     return var;
 }
 

@@ -69,7 +69,6 @@
 
 #include "mpsutil/MPSFieldParser.h"
 #include "mpsutil/MPSLineSource.h"
-#include "mpsutil/MPSNameIndex.h"
 
 class ILPEquation;
 class ILPEquationList;
@@ -188,19 +187,10 @@ protected:
     void FetchModelParts(const char* message, const char* routine, int srcLine);
 
     // Lookups by name of the model's rows and columns (null when absent).
-    // They go through the reader's own name indexes, which learn every row
-    // and column the reader makes (NewVariable, ROWS) or finds; an entity
-    // added to the model by other means is still found, through the
-    // model's lists, as long as the index is not complete.
     ILPEquation* FindEquation(const char* name);
     ILPVariable* FindVariable(const char* name);
     // Creates, names and adds a new variable; null when it cannot be made.
     ILPVariable* NewVariable(const char* name);
-    // Enter an entity the reader added to the model into the name indexes.
-    void RememberEquation(ILPEquation* eqn);
-    void RememberVariable(ILPVariable* var);
-    // Empties the name indexes (the model may have dropped entities).
-    void ForgetNames();
 
     // Throws a data error: the message as the name, the current card's text
     // as the reason; `srcLine` is the throwing source line. The traceback
@@ -239,9 +229,6 @@ protected:
     // Rows whose unknown names RHS and RANGES accept silently (filled by
     // derived readers; empty here).
     std::unordered_set<std::string> m_ignoredRows;
-
-    MPSNameIndex<ILPEquation> m_rowIndex;
-    MPSNameIndex<ILPVariable> m_columnIndex;
 
     ILPStdDataMgr* m_model = nullptr;
     bool m_ownsModel = false;

@@ -96,7 +96,6 @@ void MPSStdReader::ROWSData() {
         eqn->SetName(name);
         eqn->SetType(type);
         m_eqnList->AddEquationObject(eqn);
-        RememberEquation(eqn);
     } while (ReadMPSCard() == kMPSCardData);
 }
 
