@@ -128,8 +128,7 @@ void XMPSReader::ReadXMPSInput(std::istream*) {
     m_xlinearSeen = false;
     m_nonlinearSeen = false;
     m_initialRead = false;
-    m_lastEquation = nullptr;
-    m_lastVariable = nullptr;
+    ForgetLastCard();
     if (m_extendedFormat) {
         SetExtendedFieldWidth();
     } else {
@@ -184,8 +183,7 @@ void XMPSReader::ReadSectionLoop() {
             }
             case kMPSCardSETS: SETSData(); break;
             case kMPSCardENDATA:
-                m_lastEquation = nullptr;
-                m_lastVariable = nullptr;
+                ForgetLastCard();
                 CheckMPSStatus();
                 m_model->ProcessFullCollection();
                 return;

@@ -49,6 +49,7 @@
 
 #include <cstdint>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "mpsutil/MPSStdReader.h"
@@ -201,9 +202,17 @@ private:
                                     const char* routine);
     ILPVariableList* FetchVariableList(const char* failText, const char* routine);
 
-    // The row and column of the last term card, tried before a lookup.
+    // The row and column of the last term card with the names the card gave
+    // them, tried before a lookup.
     ILPEquation* m_lastEquation = nullptr;
     ILPVariable* m_lastVariable = nullptr;
+    char m_lastEquationName[xmpstok::kTokenMax + 1] = {};
+    char m_lastVariableName[xmpstok::kTokenMax + 1] = {};
+    // Row types set by the keys of a term section's cards, in card order;
+    // applied when the section ends (ApplyPendingTypes).
+    std::vector<std::pair<ILPEquation*, int16_t>> m_pendingTypes;
+    void ApplyPendingTypes();
+    void ForgetLastCard();
 };
 
 // Stores a new reader of `model` (null: the reader makes its own) in *out,

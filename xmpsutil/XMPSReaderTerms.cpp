@@ -29,6 +29,18 @@ struct TermDestroyer {
 };
 using PendingTerm = std::unique_ptr<INonLinearity, TermDestroyer>;
 
+// Copies a card's name into a cache entry; false (nothing kept) for a name
+// too long for it.
+bool RememberName(char (&cache)[xmpstok::kTokenMax + 1], const char* name) {
+    const size_t n = std::strlen(name);
+    if (n > static_cast<size_t>(xmpstok::kTokenMax)) {
+        cache[0] = '\0';
+        return false;
+    }
+    std::memcpy(cache, name, n + 1);
+    return true;
+}
+
 }  // namespace
 
 // The texts of one of the two term-card handlers.
@@ -169,13 +181,13 @@ void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonL
 ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, const char* failText,
                                               const char* routine) {
     // Cards of one column usually come together.
-    if (m_lastVariable != nullptr && std::strcmp(m_lastVariable->GetName(), name) == 0) {
+    if (m_lastVariable != nullptr && std::strcmp(m_lastVariableName, name) == 0) {
         return m_lastVariable;
     }
     ILPVariable* var = FindVariable(name);
     if (var == nullptr) var = NewVariable(name);
     if (var == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
-    m_lastVariable = var;
+    m_lastVariable = RememberName(m_lastVariableName, name) ? var : nullptr;
     return var;
 }
 
@@ -212,9 +224,15 @@ void XMPSReader::NONLINEARData() {
         "XLINEARData Unable to create new Variable data object",
         kXLinearRoutine,
     };
-    do {
-        ApplyTermCard(texts, nl);
-    } while (ReadMPSCard() == kXMPSCardToken);
+    try {
+        do {
+            ApplyTermCard(texts, nl);
+        } while (ReadMPSCard() == kXMPSCardToken);
+    } catch (...) {
+        ApplyPendingTypes();
+        throw;
+    }
+    ApplyPendingTypes();
 }
 
 void XMPSReader::XLINEARData() {
@@ -244,12 +262,44 @@ void XMPSReader::XLINEARData() {
         "XLINEARData Unable to create new Variable data object",
         kXLinearRoutine,
     };
-    do {
-        // The section's cards were split by the token rule; this handler
-        // reads them by columns.
-        ParseXLINEARDataCard();
-        ApplyTermCard(texts, nl);
-    } while (ReadMPSCard() == kXMPSCardToken);
+    try {
+        do {
+            // The section's cards were split by the token rule; this handler
+            // reads them by columns.
+            ParseXLINEARDataCard();
+            ApplyTermCard(texts, nl);
+        } while (ReadMPSCard() == kXMPSCardToken);
+    } catch (...) {
+        ApplyPendingTypes();
+        throw;
+    }
+    ApplyPendingTypes();
+}
+
+// Sets the types that the section's keys gave, in card order: a key sets
+// its row's type unless the row is the objective.
+void XMPSReader::ApplyPendingTypes() {
+    const size_t n = m_pendingTypes.size();
+    constexpr size_t kAhead = 8;
+    for (size_t i = 0; i < n; ++i) {
+        if (i + kAhead < n) {
+            const char* ahead = reinterpret_cast<const char*>(m_pendingTypes[i + kAhead].first);
+            __builtin_prefetch(ahead);
+            __builtin_prefetch(ahead + 64);
+            __builtin_prefetch(ahead + 128);
+        }
+        ILPEquation* eqn = m_pendingTypes[i].first;
+        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypes[i].second);
+    }
+    m_pendingTypes.clear();
+}
+
+void XMPSReader::ForgetLastCard() {
+    m_lastEquation = nullptr;
+    m_lastVariable = nullptr;
+    m_lastEquationName[0] = '\0';
+    m_lastVariableName[0] = '\0';
+    m_pendingTypes.clear();
 }
 
 void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
@@ -275,7 +325,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     }
 
     ILPEquation* eqn = m_lastEquation;
-    if (eqn == nullptr || std::strcmp(eqn->GetName(), eqName) != 0) {
+    if (eqn == nullptr || std::strcmp(m_lastEquationName, eqName) != 0) {
         eqn = FindEquation(eqName);
         if (eqn == nullptr) {
             m_eqnList->CreateNewEquationObject(&eqn);
@@ -283,9 +333,14 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
             eqn->SetName(eqName);
             m_eqnList->AddEquationObject(eqn);
         }
-        m_lastEquation = eqn;
+        m_lastEquation = RememberName(m_lastEquationName, eqName) ? eqn : nullptr;
     }
-    if (hasKey && eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(type);
+    // The type is applied when the section ends: reading each row's type
+    // here would wait on a row object for nearly every card.
+    if (hasKey && (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn ||
+                   m_pendingTypes.back().second != type)) {
+        m_pendingTypes.emplace_back(eqn, type);
+    }
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {

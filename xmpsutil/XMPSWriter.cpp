@@ -299,23 +299,26 @@ void XMPSWriter::WriteXLINEARData() {
                 if (nz->GetCoefficient() != 0.0) WriteCoefficientCard(nz);
             }
         }
-        // Row by row, so that the reader meets the cards of a row together.
-        // The entries lie in no particular memory order: they are taken in
-        // batches, the entries and then their columns fetched into the cache
-        // ahead of formatting, since waiting on each one would dominate.
+        // Column by column, so that the reader adds each column's entries
+        // together, as it does for the COLUMNS section of standard MPS. The
+        // entries and their rows lie in no particular memory order: they are
+        // taken in batches and fetched into the cache ahead of formatting,
+        // since waiting on each one would dominate the write.
         constexpr int kBatch = 256;
         ILPNonZero* batch[kBatch];
-        ILPNonZero* nz = matrix->FrstNonZeroObjectByRow();
+        ILPNonZero* nz = matrix->FrstNonZeroObjectByColumn();
         while (nz != nullptr) {
             int n = 0;
-            for (; nz != nullptr && n < kBatch; nz = matrix->NextNonZeroObjectByRow()) {
+            for (; nz != nullptr && n < kBatch; nz = matrix->NextNonZeroObjectByColumn()) {
                 __builtin_prefetch(nz);
                 batch[n++] = nz;
             }
             for (int k = 0; k < n; ++k) {
-                const char* var = reinterpret_cast<const char*>(batch[k]->GetVariablePtr());
-                __builtin_prefetch(var);
-                __builtin_prefetch(var + 64);
+                // A row object spans a few cache lines (name, type).
+                const char* eqn = reinterpret_cast<const char*>(batch[k]->GetEquationPtr());
+                __builtin_prefetch(eqn);
+                __builtin_prefetch(eqn + 64);
+                __builtin_prefetch(eqn + 128);
             }
             for (int k = 0; k < n; ++k) {
                 ILPNonZero* entry = batch[k];

@@ -384,3 +384,13 @@ TEST(XMPSReaderBadInput, OverlongLinesAndTokensAndOddNumbers) {
     EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "A"), 12.0);
     EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "B"), 0.0);
 }
+
+TEST(XMPSReaderBadInput, RowsReadBeforeAFailureKeepTheirTypes) {
+    Model m = NewModel();
+    XMPSReader reader(m.get(), false);
+    std::stringstream in("NAME X\nXLINEAR\n L  R1  1.0  A\n G  R2  1.0  A\n Q  R3  1.0  B\nENDATA\n");
+    EXPECT_THROW(reader.ReadMPSStream(&in), ZEM_Exception);
+    EXPECT_EQ(Eqn(m.get(), "R1")->GetType(), ZEM_EQN_LE);
+    EXPECT_EQ(Eqn(m.get(), "R2")->GetType(), ZEM_EQN_GE);
+    EXPECT_EQ(Eqn(m.get(), "R3"), nullptr);
+}
