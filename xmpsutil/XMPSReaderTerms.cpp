@@ -37,7 +37,9 @@ bool RememberName(char (&cache)[xmpstok::kTokenMax + 1], const char* name) {
         cache[0] = '\0';
         return false;
     }
-    std::memcpy(cache, name, n + 1);
+    // A plain loop: names are short, and memcpy's set-up would cost more
+    // than the copy on nearly every card.
+    for (size_t i = 0; i <= n; ++i) cache[i] = name[i];
     return true;
 }
 
