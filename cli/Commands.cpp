@@ -4,7 +4,8 @@
 #include "cli/Formats.h"
 
 const std::vector<Command>& Commands() {
-    static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand()};
+    static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand(),
+                                                  EvalCommand(), ConvertCommand()};
     return commands;
 }
 
@@ -28,6 +29,11 @@ namespace {
 void printFormats(std::ostream& os) {
     os << "Input formats (chosen by the file's extension, or with --format NAME):\n";
     for (const InputFormat& f : InputFormats()) {
+        os << "  " << f.name << std::string(10 - std::string(f.name).size(), ' ') << f.extension
+           << std::string(8 - std::string(f.extension).size(), ' ') << f.description << "\n";
+    }
+    os << "Output formats (chosen by the output file's extension):\n";
+    for (const OutputFormat& f : OutputFormats()) {
         os << "  " << f.name << std::string(10 - std::string(f.name).size(), ' ') << f.extension
            << std::string(8 - std::string(f.extension).size(), ' ') << f.description << "\n";
     }

@@ -38,3 +38,5 @@ void PrintCommandHelp(const Command& command, std::ostream& os);
 Command InfoCommand();
 Command DumpCommand();
 Command DisplayCommand();
+Command EvalCommand();
+Command ConvertCommand();

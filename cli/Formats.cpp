@@ -9,6 +9,8 @@
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ZEMException.h"
 #include "mpsutil/MPSStdManager.h"
+#include "xmpsutil/XMPSManager.h"
+#include "zemmgr/IZEMMgr.h"
 
 namespace {
 
@@ -27,10 +29,41 @@ void loadStandardMps(const std::string& path, CliModel& model) {
     manager->ReadMPSFile();
 }
 
+using XMPSManagerPtr = std::unique_ptr<XMPSManager, void (*)(XMPSManager*)>;
+
+XMPSManagerPtr makeXmpsManager(IZEMMgr* model, const std::string& path) {
+    XMPSManager* raw = nullptr;
+    CreateXMPSManagerObject(&raw);
+    if (raw == nullptr) {
+        throw ZEM_Exception("MPS Read Error", "Could not allocate the XMPS manager object", "zem");
+    }
+    XMPSManagerPtr manager(raw, [](XMPSManager* m) { m->Destroy(); });
+    manager->SetZEMDataMgr(model);
+    manager->SetMPSFileSpec(path.c_str());
+    return manager;
+}
+
+void loadXmps(const std::string& path, CliModel& model) {
+    IZEMMgr* zem = model.Zem();
+    // An empty title is replaced by the name on the file's NAME card.
+    zem->SetModelTitle("");
+    makeXmpsManager(zem, path)->ReadMPSFile();
+}
+
+void saveXmps(const std::string& path, CliModel& model) {
+    makeXmpsManager(model.Zem(), path)->WriteMPSFile();
+}
+
 std::string lower(std::string s) {
     std::transform(s.begin(), s.end(), s.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return s;
+}
+
+// The path's extension in lower case, with the dot ("" when it has none).
+std::string extensionOf(const std::string& path) {
+    const size_t dot = path.find_last_of("./");
+    return (dot != std::string::npos && path[dot] == '.') ? lower(path.substr(dot)) : "";
 }
 
 }  // namespace
@@ -38,6 +71,14 @@ std::string lower(std::string s) {
 const std::vector<InputFormat>& InputFormats() {
     static const std::vector<InputFormat> formats = {
         {"mps", ".mps", "standard fixed-field MPS", loadStandardMps},
+        {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", loadXmps},
+    };
+    return formats;
+}
+
+const std::vector<OutputFormat>& OutputFormats() {
+    static const std::vector<OutputFormat> formats = {
+        {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", saveXmps},
     };
     return formats;
 }
@@ -50,11 +91,20 @@ const InputFormat& ResolveInputFormat(const std::string& path, const std::string
         }
         throw UsageError("unknown input format '" + formatName + "'");
     }
-    const size_t dot = path.find_last_of("./");
-    const std::string ext = (dot != std::string::npos && path[dot] == '.') ? lower(path.substr(dot)) : "";
+    const std::string ext = extensionOf(path);
     for (const InputFormat& f : formats) {
         if (ext == f.extension) return f;
     }
     throw UsageError("cannot tell the format of '" + path +
                      "' from its extension: use --format NAME");
+}
+
+const OutputFormat& ResolveOutputFormat(const std::string& path) {
+    const std::string ext = extensionOf(path);
+    for (const OutputFormat& f : OutputFormats()) {
+        if (ext == f.extension) return f;
+    }
+    std::string known;
+    for (const OutputFormat& f : OutputFormats()) known += std::string(known.empty() ? "" : ", ") + f.extension;
+    throw UsageError("cannot write '" + path + "': the output formats are " + known);
 }

@@ -1,6 +1,6 @@
-// The input formats zem reads, as a table: a format is chosen by the input
-// file's extension, or by name with --format. Adding a format is adding a
-// row to the table in Formats.cpp.
+// The input formats zem reads and the output formats it writes, as tables: a
+// format is chosen by the file's extension, or (input) by name with
+// --format. Adding a format is adding a row to a table in Formats.cpp.
 #pragma once
 
 #include <string>
@@ -21,3 +21,18 @@ const std::vector<InputFormat>& InputFormats();
 // The format named `formatName`, or when it is empty the one of the path's
 // extension; throws UsageError when there is none.
 const InputFormat& ResolveInputFormat(const std::string& path, const std::string& formatName);
+
+struct OutputFormat {
+    const char* name;
+    const char* extension;
+    const char* description;
+    // Writes the model (held as a model manager, CliModel::Zem) to the file;
+    // failures throw the library's exception.
+    void (*save)(const std::string& path, CliModel& model);
+};
+
+const std::vector<OutputFormat>& OutputFormats();
+
+// The output format of the path's extension; throws UsageError when there
+// is none.
+const OutputFormat& ResolveOutputFormat(const std::string& path);

@@ -1,0 +1,36 @@
+// zem convert: reads a model and writes it in the format of the output
+// file's extension.
+#include "cli/CliModel.h"
+#include "cli/Commands.h"
+#include "cli/Formats.h"
+
+namespace {
+
+int runConvert(const ParsedArgs& args, std::ostream& out) {
+    if (args.positionals.size() < 2) throw UsageError("missing OUTPUT");
+    if (args.positionals.size() > 2) {
+        throw UsageError("unexpected argument '" + args.positionals[2] + "'");
+    }
+    const std::string output = args.positionals[1];
+    const OutputFormat& format = ResolveOutputFormat(output);
+    ParsedArgs input = args;
+    input.positionals.pop_back();
+    CliModel model;
+    // Written formats take the whole model.
+    model.Zem();
+    LoadInput(input, model);
+    format.save(output, model);
+    out.flush();
+    return 0;
+}
+
+}  // namespace
+
+Command ConvertCommand() {
+    return {"convert", "write a model in another format",
+            "FILE OUTPUT [--format NAME]",
+            "Reads FILE and writes the model to OUTPUT in the format of OUTPUT's\n"
+            "extension (.xmps: the extended MPS dialect, which holds the linear and the\n"
+            "nonlinear model, bounds, initial values, groups and options).",
+            InputOptions({}), runConvert};
+}

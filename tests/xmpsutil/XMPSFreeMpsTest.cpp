@@ -1,0 +1,94 @@
+// Free-format MPS written by another tool (glpsol --wfreemps) is read by the
+// extended reader.
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include "mpsutil/MPSStdReader.h"
+#include "tests/xmpsutil/XMPSTestSupport.h"
+
+using namespace xmpstest;
+
+namespace {
+
+Model ReadFile(const std::string& path, bool extended) {
+    Model m = NewModel();
+    if (extended) {
+        XMPSReader reader(m.get(), false);
+        reader.ReadMPSFile(path.c_str());
+    } else {
+        MPSStdReader reader(m.get());
+        reader.ReadMPSFile(path.c_str());
+    }
+    return m;
+}
+
+void ExpectSameLinearModel(IZEMMgr* a, IZEMMgr* b) {
+    ASSERT_EQ(Eqns(a)->NumberOfEquations(), Eqns(b)->NumberOfEquations());
+    ASSERT_EQ(Vars(a)->NumberOfVariables(), Vars(b)->NumberOfVariables());
+    ASSERT_EQ(Matrix(a)->NumberOfNonZeros(), Matrix(b)->NumberOfNonZeros());
+    ILPEquationList* ea = Eqns(a);
+    for (ILPEquation* e = ea->FrstEquationObject(); e != nullptr; e = ea->NextEquationObject()) {
+        ILPEquation* f = Eqn(b, e->GetName());
+        ASSERT_NE(f, nullptr) << e->GetName();
+        EXPECT_EQ(e->GetType(), f->GetType()) << e->GetName();
+        EXPECT_EQ(e->GetRHS(), f->GetRHS()) << e->GetName();
+        EXPECT_EQ(e->GetRange(), f->GetRange()) << e->GetName();
+    }
+    ILPVariableList* va = Vars(a);
+    for (ILPVariable* v = va->FrstVariableObject(); v != nullptr; v = va->NextVariableObject()) {
+        ILPVariable* w = Var(b, v->GetName());
+        ASSERT_NE(w, nullptr) << v->GetName();
+        EXPECT_EQ(v->GetBoundLower(), w->GetBoundLower()) << v->GetName();
+        EXPECT_EQ(v->GetBoundUpper(), w->GetBoundUpper()) << v->GetName();
+        EXPECT_EQ(v->GetVarType(), w->GetVarType()) << v->GetName();
+    }
+    ILPMatrix* ma = Matrix(a);
+    for (ILPNonZero* nz = ma->FrstNonZeroObject(); nz != nullptr; nz = ma->NextNonZeroObject()) {
+        EXPECT_EQ(nz->GetCoefficient(), Coefficient(b, nz->GetEquationPtr()->GetName(),
+                                                    nz->GetVariablePtr()->GetName()));
+    }
+}
+
+}  // namespace
+
+TEST(XMPSFreeMps, ReadsAFileWrittenByGlpsol) {
+    // transp.mod of the GLPK examples, written with glpsol --wfreemps.
+    Model m = ReadFile(std::string(ZEM_SOURCE_DIR) + "/tests/xmpsutil/data/transp_glpsol.fmps", true);
+    EXPECT_EQ(Eqns(m.get())->NumberOfEquations(), 6);
+    EXPECT_EQ(Vars(m.get())->NumberOfVariables(), 6);
+    EXPECT_EQ(Matrix(m.get())->NumberOfNonZeros(), 18);
+    EXPECT_EQ(Eqn(m.get(), "cost")->GetType(), ZEM_EQN_OBJECTIVE);
+    EXPECT_EQ(Eqn(m.get(), "supply[San-Diego]")->GetType(), ZEM_EQN_LE);
+    EXPECT_EQ(Eqn(m.get(), "demand[Topeka]")->GetType(), ZEM_EQN_GE);
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "cost", "x[San-Diego,Topeka]"), 0.126);
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "demand[Chicago]", "x[Seattle,Chicago]"), 1.0);
+    EXPECT_DOUBLE_EQ(Eqn(m.get(), "demand[Topeka]")->GetRHS(), 275.0);
+    EXPECT_DOUBLE_EQ(Eqn(m.get(), "supply[Seattle]")->GetRHS(), 350.0);
+}
+
+// glpsol writes each example model twice, as free MPS and as fixed MPS; the
+// extended reader on the first and the standard reader on the second must
+// give the same model.
+TEST(XMPSFreeMps, AgreesWithTheStandardReaderOnGlpsolOutput) {
+    if (std::system("glpsol --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "glpsol not installed";
+    const std::string dir = "/usr/share/doc/glpk-utils/examples/";
+    const std::string out = std::string(ZEM_BINARY_DIR) + "/xmps_glpsol_";
+    int compared = 0;
+    for (const char* name : {"plan", "alloy", "furnace", "icecream", "murtagh"}) {
+        SCOPED_TRACE(name);
+        const std::string src = dir + name + ".mps";
+        const std::string freeFile = out + name + ".fmps";
+        const std::string fixedFile = out + name + ".mps";
+        const std::string cmd = "glpsol --mps '" + src + "' --check --wfreemps '" + freeFile +
+                                "' --wmps '" + fixedFile + "' >/dev/null 2>&1";
+        if (std::system(cmd.c_str()) != 0) continue;
+        Model fromFree = ReadFile(freeFile, true);
+        Model fromFixed = ReadFile(fixedFile, false);
+        ExpectSameLinearModel(fromFixed.get(), fromFree.get());
+        std::remove(freeFile.c_str());
+        std::remove(fixedFile.c_str());
+        ++compared;
+    }
+    if (compared == 0) GTEST_SKIP() << "no GLPK example models found";
+}

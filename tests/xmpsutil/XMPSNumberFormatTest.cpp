@@ -1,0 +1,166 @@
+#include "xmpsutil/XMPSNumberFormat.h"
+#include "xmpsutil/XMPSNumericLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+
+using namespace xmpsnum;
+
+namespace {
+std::string shortForm(double v) {
+    char b[kNumberBufSize];
+    ShortForm(b, v);
+    return b;
+}
+std::string longForm(double v) {
+    char b[kNumberBufSize];
+    LongForm(b, v);
+    return b;
+}
+std::string constantForm(double v) {
+    char b[kNumberBufSize];
+    ConstantForm(b, v);
+    return b;
+}
+// The forms spelt out with printf, as a reference.
+std::string shiftedByPrintf(double v, const char* fmt) {
+    char b[64];
+    std::snprintf(b, sizeof b, fmt, v * 10.0);
+    std::swap(b[1], b[2]);
+    if (b[0] == ' ') b[0] = '0';
+    return b;
+}
+}  // namespace
+
+TEST(XMPSNumberForms, ShortFormExamples) {
+    EXPECT_EQ(shortForm(1.2345), "0.123450E+01");
+    EXPECT_EQ(shortForm(-1.2345), "-.123450E+01");
+    EXPECT_EQ(shortForm(0.0), "0.000000E+00");
+    EXPECT_EQ(shortForm(250.0), "0.250000E+03");
+    EXPECT_EQ(shortForm(1e-7), "0.100000E-06");
+    EXPECT_EQ(shortForm(1e20), "0.100000E+21");
+    EXPECT_EQ(shortForm(1.0), "0.100000E+01");
+}
+
+TEST(XMPSNumberForms, SnapsNearPlusAndMinusOne) {
+    EXPECT_EQ(shortForm(0.999995), "0.100000E+01");
+    EXPECT_EQ(shortForm(-1.000004), "-.100000E+01");
+    EXPECT_EQ(longForm(1.000009), "0.1000000000E+01");
+    // Just outside the snapping band the value keeps its digits.
+    EXPECT_EQ(longForm(1.00002), "0.1000020000E+01");
+    EXPECT_EQ(longForm(-0.99998), "-.9999800000E+00");
+}
+
+TEST(XMPSNumberForms, LongFormExamples) {
+    EXPECT_EQ(longForm(1.2345), "0.1234500000E+01");
+    EXPECT_EQ(longForm(-250.125), "-.2501250000E+03");
+    EXPECT_EQ(longForm(-1e20), "-.1000000000E+21");
+}
+
+TEST(XMPSNumberForms, ConstantFormIsPrintfsText) {
+    EXPECT_EQ(constantForm(2.5), " 2.500000e+00");
+    EXPECT_EQ(constantForm(-0.001), "-1.000000e-03");
+    EXPECT_EQ(constantForm(0.0), " 0.000000e+00");
+}
+
+TEST(XMPSNumberForms, MatchPrintfOnRandomValues) {
+    std::mt19937_64 rng(12345);
+    std::uniform_real_distribution<double> mant(-10.0, 10.0);
+    std::uniform_int_distribution<int> expo(-300, 300);
+    for (int i = 0; i < 20000; ++i) {
+        const double v = mant(rng) * std::pow(10.0, expo(rng));
+        if (std::fabs(std::fabs(v) - 1.0) < 1e-5) continue;
+        ASSERT_EQ(shortForm(v), shiftedByPrintf(v, "% 12.5E")) << v;
+        ASSERT_EQ(longForm(v), shiftedByPrintf(v, "% 16.9E")) << v;
+        char b[64];
+        std::snprintf(b, sizeof b, "% #12.6e", v);
+        ASSERT_EQ(constantForm(v), b) << v;
+    }
+    // Decimal halfway cases, where rounding must agree with printf.
+    for (double v : {0.125, 1.25e-3, 2.5, 0.0000125, 123456.5, 9.999995, 9.9999995e10}) {
+        EXPECT_EQ(shortForm(v), shiftedByPrintf(v, "% 12.5E")) << v;
+        EXPECT_EQ(longForm(v), shiftedByPrintf(v, "% 16.9E")) << v;
+    }
+}
+
+TEST(XMPSNumberForms, TextsReadBackWithinTheirPrecision) {
+    std::mt19937_64 rng(7);
+    std::uniform_real_distribution<double> u(-1e6, 1e6);
+    for (int i = 0; i < 2000; ++i) {
+        const double v = u(rng);
+        EXPECT_NEAR(std::strtod(shortForm(v).c_str(), nullptr), v, std::fabs(v) * 5e-6 + 1e-300);
+        EXPECT_NEAR(std::strtod(longForm(v).c_str(), nullptr), v, std::fabs(v) * 5e-10 + 1e-300);
+    }
+}
+
+TEST(XMPSNumberForms, ExtremeValuesStayReadable) {
+    // Ten times the value overflows: the text is still the value.
+    const double big = std::numeric_limits<double>::max();
+    const std::string s = shortForm(big);
+    EXPECT_EQ(s, "0.179769E+309");
+    EXPECT_EQ(longForm(-big), "-.1797693135E+309");
+    EXPECT_EQ(shortForm(5e-324), shiftedByPrintf(5e-324, "% 12.5E"));
+    // Non-finite values come out as printf prints them, not as garbage.
+    EXPECT_NE(shortForm(std::numeric_limits<double>::infinity()).find("INF"), std::string::npos);
+    EXPECT_NE(constantForm(std::nan("")).find("nan"), std::string::npos);
+}
+
+TEST(XMPSNumericLocaleGuard, SwitchesToCAndRestores) {
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    if (std::setlocale(LC_NUMERIC, "C.UTF-8") == nullptr) GTEST_SKIP() << "no C.UTF-8 locale";
+    {
+        XMPSNumericLocale guard;
+        EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+    }
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C.UTF-8");
+    try {
+        XMPSNumericLocale guard;
+        throw 1;
+    } catch (int) {
+    }
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C.UTF-8");
+    std::setlocale(LC_NUMERIC, before.c_str());
+}
+
+TEST(XMPSNumericLocaleGuard, GivesAPointInACommaLocale) {
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    const char* comma = nullptr;
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"}) {
+        if (std::setlocale(LC_NUMERIC, name) != nullptr) {
+            comma = name;
+            break;
+        }
+    }
+    if (comma == nullptr) GTEST_SKIP() << "no locale with a decimal comma installed";
+    {
+        XMPSNumericLocale guard;
+        EXPECT_DOUBLE_EQ(std::strtod("2.5", nullptr), 2.5);
+    }
+    EXPECT_DOUBLE_EQ(std::strtod("2,5", nullptr), 2.5);
+    std::setlocale(LC_NUMERIC, before.c_str());
+}
+
+TEST(XMPSNumberForms, ExactFormReadsBackExactly) {
+    std::mt19937_64 rng(99);
+    std::uniform_real_distribution<double> mant(-10.0, 10.0);
+    std::uniform_int_distribution<int> expo(-30, 30);
+    char b[kNumberBufSize];
+    for (int i = 0; i < 5000; ++i) {
+        const double v = mant(rng) * std::pow(10.0, expo(rng));
+        ExactForm(b, v);
+        ASSERT_EQ(std::strtod(b, nullptr), v) << b;
+    }
+    ExactForm(b, 250.0);
+    EXPECT_STREQ(b, "250");
+    ExactForm(b, -1e20);
+    EXPECT_STREQ(b, "-1e+20");
+    ExactForm(b, 0.999999);
+    EXPECT_STREQ(b, "0.999999");  // no snapping to 1
+}

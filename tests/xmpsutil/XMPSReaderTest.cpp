@@ -1,0 +1,396 @@
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <cstring>
+#include <string>
+
+#include "lpdata/ILPVariableCollection.h"
+#include "tests/xmpsutil/XMPSTestSupport.h"
+#include "zemmgr/IZEMOptionTable.h"
+
+using namespace xmpstest;
+
+namespace {
+
+const char* const kSmall =
+    "NAME TINY\n"
+    "XTNDFMT\n"
+    "XLINEAR\n"
+    " N  PROFIT            0.120000E+02  GASOLINE\n"
+    " L  CAP               0.100000E+01  CRUDE1\n"
+    " E  BLEND            -.100000E+01  GASOLINE     CRUDE1  CRUDE2\n"
+    "NONLINEAR\n"
+    " G  QUAL   LNX  2.000000e+00     CRUDE1     CRUDE2   \\\n"
+    "              1.000000e-01\n"
+    "RHS\n"
+    "    RHS1              CAP               0.500000E+03\n"
+    "ENDATA\n";
+
+}  // namespace
+
+TEST(XMPSReaderFraming, ReadsWithAndWithoutTheFramingLines) {
+    Model plain = Read(kSmall);
+    Model framed = Read(std::string("<zemblockpersist type=\"XMPS\" version=\"7.2\">\n<zemXMPS>\n") +
+                        kSmall + "</zemXMPS>\n</zemblockpersist>\n");
+    for (IZEMMgr* m : {plain.get(), framed.get()}) {
+        EXPECT_EQ(Eqns(m)->NumberOfEquations(), 4);
+        EXPECT_EQ(Vars(m)->NumberOfVariables(), 3);
+        EXPECT_DOUBLE_EQ(Coefficient(m, "PROFIT", "GASOLINE"), 12.0);
+        EXPECT_DOUBLE_EQ(Eqn(m, "CAP")->GetRHS(), 500.0);
+    }
+}
+
+TEST(XMPSReaderFraming, AnyOtherFirstLineIsExpectedNAME) {
+    for (const char* text : {"ROWS\n", "HELLO WORLD\n", " E  R1  1.0  X\n", "", "* only a comment\n",
+                             "<zemXMPS\nNAME X\nENDATA\n"}) {
+        ZEM_Exception e = Thrown([&] { Read(text); });
+        EXPECT_EQ(e.Name(), "MPS File Read Error") << text;
+        EXPECT_EQ(e.Reason(), "Expected NAME Card") << text;
+        EXPECT_EQ(e.Routine(), "XMPSReader::ReadMPSStream");
+        EXPECT_EQ(e.SourceFile(), "xmpsutil");
+    }
+}
+
+TEST(XMPSReaderFraming, MissingENDATAAndUnknownHeadersFail) {
+    EXPECT_EQ(Thrown([] { Read("NAME X\nXLINEAR\n E  R  1.0  X\n"); }).Reason(),
+              "Unexpected end of XMPS file - no ENDATA card");
+    ZEM_Exception e = Thrown([] { Read("NAME X\nBOGUS\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "Unknown Header Card Read in MPS File");
+    EXPECT_EQ(e.Reason(), "BOGUS");
+}
+
+TEST(XMPSReaderFraming, HeadersAreMatchedAsPrefixes) {
+    Model m = Read("NAME X\nXLINEARSTUFF\n E  R  2.0  X\nENDATA\n");
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "X"), 2.0);
+}
+
+TEST(XMPSReaderTerms, OneVariableIsACoefficientSeveralAProduct) {
+    Model m = Read(kSmall);
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "CAP", "CRUDE1"), 1.0);
+    std::vector<INonLinearity*> terms = Terms(m.get());
+    ASSERT_EQ(terms.size(), 2u);
+    INonLinearity* product = terms[0];
+    EXPECT_EQ(product->GetType(), 1);
+    EXPECT_STREQ(product->GetEquationPtr()->GetName(), "BLEND");
+    EXPECT_EQ(VarNames(product), (std::vector<std::string>{"GASOLINE", "CRUDE1", "CRUDE2"}));
+    EXPECT_EQ(Constants(product), (std::vector<double>{-1.0}));
+    // The product's variables get entries of coefficient 0 in its row.
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "BLEND", "CRUDE2"), 0.0);
+}
+
+TEST(XMPSReaderTerms, KeywordCardsTakeNumbersAsConstantsAcrossContinuations) {
+    Model m = Read(kSmall);
+    INonLinearity* lnx = Terms(m.get())[1];
+    EXPECT_EQ(lnx->GetType(), 2);
+    EXPECT_STREQ(lnx->GetNonLinearityID(), "LNX");
+    EXPECT_EQ(VarNames(lnx), (std::vector<std::string>{"CRUDE1", "CRUDE2"}));
+    EXPECT_EQ(Constants(lnx), (std::vector<double>{2.0, 0.1}));
+    EXPECT_EQ(Eqn(m.get(), "QUAL")->GetType(), ZEM_EQN_GE);
+}
+
+TEST(XMPSReaderTerms, ContinuationSkipsCommentsAndEmptyLines) {
+    Model m = Read(
+        "NAME X\nNONLINEAR\n E  R   XPOW  3.0  A  \\\n* a comment\n\n$ another\n   B 2.0  \\\n"
+        "  C\nENDATA\n");
+    std::vector<INonLinearity*> terms = Terms(m.get());
+    ASSERT_EQ(terms.size(), 1u);
+    EXPECT_EQ(VarNames(terms[0]), (std::vector<std::string>{"A", "B", "C"}));
+    EXPECT_EQ(Constants(terms[0]), (std::vector<double>{3.0, 2.0}));
+}
+
+TEST(XMPSReaderTerms, UnknownKeywordsAreKeptByName) {
+    Model m = Read("NAME X\nNONLINEAR\n E  R   MYFUNC  1.5  A  7\nENDATA\n");
+    INonLinearity* t = Terms(m.get())[0];
+    EXPECT_EQ(t->GetType(), 7);
+    EXPECT_STREQ(t->GetNonLinearityID(), "MYFUNC");
+}
+
+TEST(XMPSReaderTerms, RowKeysSetTypesAndTheFirstNIsTheObjective) {
+    Model m = Read(
+        "NAME X\nXLINEAR\n N  OBJ  1.0  A\n N  FREE 1.0  A\n L  LE   1.0  A\n G  GE   1.0  A\n"
+        "    NOKEY  1.0  A\n N  OBJ  2.0  B\n E  FREE 1.0  B\nENDATA\n");
+    EXPECT_EQ(Eqn(m.get(), "OBJ")->GetType(), ZEM_EQN_OBJECTIVE);
+    EXPECT_EQ(Eqn(m.get(), "LE")->GetType(), ZEM_EQN_LE);
+    EXPECT_EQ(Eqn(m.get(), "GE")->GetType(), ZEM_EQN_GE);
+    EXPECT_EQ(Eqn(m.get(), "NOKEY")->GetType(), ZEM_EQN_EQ);
+    // A later key changes a row's type, but never the objective's.
+    EXPECT_EQ(Eqn(m.get(), "FREE")->GetType(), ZEM_EQN_EQ);
+    EXPECT_TRUE(m->MatrixIncludesObjective());
+}
+
+TEST(XMPSReaderTerms, EquationNamesAreCutToTheNameWidth) {
+    Model m = Read("NAME X\nXLINEAR\n E  ABCDEFGHIJ  1.0  X\nXTNDFMT\nXLINEAR\n E  KLMNOPQRST  1.0  X\n"
+                   "ENDATA\n");
+    EXPECT_NE(Eqn(m.get(), "ABCDEFGH"), nullptr);
+    EXPECT_NE(Eqn(m.get(), "KLMNOPQRST"), nullptr);
+}
+
+TEST(XMPSReaderTerms, CardErrorsCarryTheCardText) {
+    struct Case {
+        const char* card;
+        const char* name;
+    } cases[] = {
+        {" E  R   EXPX  1.0  2.0  3.0",
+         "MPS NONLINEAR Section Error - Incomplete Data Entry - No Variables in Function"},
+        {" E  R   1.0  A  2.0", "MPS NONLINEAR Section Error - Numerical constants in Linear term entry"},
+        {" E  R   EXPX  A", "MPS NONLINEAR Section Error - Incomplete Data Entry - No Coefficient"},
+        {" E", "MPS NONLINEAR Section Error - Incomplete Data Entry"},
+        {" Q  R   1.0  A", "XMPS NONLINEAR Section Error - Unknown Row Type Key Found"},
+    };
+    for (const Case& c : cases) {
+        ZEM_Exception e = Thrown([&] { Read(std::string("NAME X\nNONLINEAR\n") + c.card + "\nENDATA\n"); });
+        EXPECT_EQ(e.Name(), c.name) << c.card;
+        EXPECT_EQ(e.Reason(), c.card);
+        EXPECT_EQ(e.Routine(), "XMPSReader::NONLINEARData");
+        EXPECT_EQ(e.SourceFile(), "xmpsutil");
+    }
+}
+
+TEST(XMPSReaderTerms, EmptySectionsFail) {
+    ZEM_Exception e = Thrown([] { Read("NAME X\nXLINEAR\nRHS\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "MPS Read/Process Error");
+    EXPECT_EQ(e.Reason(), "XLINEAR Data section appears empty - no data card following header");
+    e = Thrown([] { Read("NAME X\nNONLINEAR\nENDATA\n"); });
+    EXPECT_EQ(e.Reason(), "NONLINEAR Data section appears empty - no data card following header");
+}
+
+TEST(XMPSReaderTerms, LocaleIsRestoredWhenASectionFails) {
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    if (std::setlocale(LC_NUMERIC, "C.UTF-8") == nullptr) GTEST_SKIP() << "no C.UTF-8 locale";
+    Thrown([] { Read("NAME X\nNONLINEAR\n E  R   EXPX  1.0  2.0\nENDATA\n"); });
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C.UTF-8");
+    std::setlocale(LC_NUMERIC, before.c_str());
+}
+
+TEST(XMPSReaderSections, InitialSetsValuesAndBasisStates) {
+    Model m = Read(
+        "NAME X\nXLINEAR\n E  R  1.0  A\nINITIAL\n SB    NEWVAR 5.0\n NB    A  2.5\n"
+        " UB                   A  3.5\n       A 4.5\nENDATA\n");
+    ILPVariable* made = Var(m.get(), "NEWVAR");
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(made->GetVarStatus(), 203);
+    EXPECT_DOUBLE_EQ(made->GetVarValue(), 5.0);
+    ILPVariable* a = Var(m.get(), "A");
+    EXPECT_EQ(a->GetVarStatus(), ZEM_STATUS_NONBASIC_UB);  // a blank key leaves the state
+    EXPECT_DOUBLE_EQ(a->GetVarValue(), 4.5);
+}
+
+TEST(XMPSReaderSections, InitialErrors) {
+    ZEM_Exception e = Thrown([] { Read("NAME X\nINITIAL\n BS    A\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "MPS INITIAL Section Error - Incomplete Data Entry - no VALUE");
+    EXPECT_EQ(e.Routine(), "MPSStdReader::INITIALData");
+    e = Thrown([] { Read("NAME X\nINITIAL\n BS\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME");
+    e = Thrown([] { Read("NAME X\nINITIAL\n ZZ    A  1\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "MPS INITIAL Section Error - Unknown Bound Type Key Found");
+}
+
+TEST(XMPSReaderSections, TempBoundsFollowTheVariable) {
+    Model m = Read(
+        "NAME X\nXLINEAR\n E  R  1.0  C\n E  R  1.0  D\n E  R  1.0  F\n E  R  1.0  G\n"
+        "BOUNDS\n LI BND  D  2\n FX BND  F  3\n UP BND  G  9\n"
+        "TEMPBOUNDS\n LO BND2 C  4\n LO BND2 D  4\n LO BND2 F  4\n FX BND2 G  6\n UP BND2 C  1\n"
+        "ENDATA\n");
+    EXPECT_DOUBLE_EQ(Var(m.get(), "C")->GetTempBoundLower(), 4.0);
+    EXPECT_DOUBLE_EQ(Var(m.get(), "D")->GetTempBoundLower(), 0.0);  // discrete
+    EXPECT_DOUBLE_EQ(Var(m.get(), "F")->GetTempBoundLower(), 0.0);  // fixed
+    EXPECT_DOUBLE_EQ(Var(m.get(), "G")->GetTempBoundLower(), 6.0);
+    EXPECT_DOUBLE_EQ(Var(m.get(), "C")->GetBoundUpper(), ZEM_INFINITY);
+}
+
+TEST(XMPSReaderSections, TempBoundsErrorsAndEmptyColumns) {
+    const std::string head = "NAME X\nROWS\n E  R\nCOLUMNS\n    EMPTY\n    A  R  1.0\nTEMPBOUNDS\n";
+    Model m = Read(head + " LO BND2 EMPTY 3\nENDATA\n");
+    EXPECT_EQ(Var(m.get(), "EMPTY"), nullptr);
+    EXPECT_EQ(Thrown([&] { Read(head + " LO BND2 NOSUCH 3\nENDATA\n"); }).Name(),
+              "MPS BOUNDS Section Error - Invalid Column Name");
+    EXPECT_EQ(Thrown([&] { Read(head + " LO BND2 A\nENDATA\n"); }).Name(),
+              "XMPS TEMPBOUNDS Section Error - Incomplete Data Entry");
+    EXPECT_EQ(Thrown([&] { Read(head + " QQ BND2 A 1\nENDATA\n"); }).Name(),
+              "XMPS BOUNDS Section Error - Unknown Bound Type Key Found");
+    EXPECT_EQ(Thrown([&] { Read(head + "    BND2 A 1\nENDATA\n"); }).Name(),
+              "XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY");
+}
+
+TEST(XMPSReaderSections, VarGroupsKeepTheFirstDirection) {
+    Model m = Read(
+        "NAME X\nXLINEAR\n E  R  1.0  A\n E  R  1.0  B\nVARGROUPS\n IN FEEDS  A\n OT FEEDS  B\n"
+        " XX OTHER  B\nENDATA\n");
+    ILPVariableCollection* feeds = nullptr;
+    m->FindNamedVarCollection("FEEDS", &feeds);
+    ASSERT_NE(feeds, nullptr);
+    EXPECT_EQ(feeds->GetDirection(), 1);
+    EXPECT_EQ(feeds->CollectionSize(), 2);
+    ILPVariableCollection* other = nullptr;
+    m->FindNamedVarCollection("OTHER", &other);
+    ASSERT_NE(other, nullptr);
+    EXPECT_EQ(other->GetDirection(), 0);
+    EXPECT_EQ(Thrown([] { Read("NAME X\nVARGROUPS\n IN G  NOSUCH\nENDATA\n"); }).Name(),
+              "MPS VARGROUPS Section Error - Invalid Column Name");
+}
+
+TEST(XMPSReaderSections, ComplementNeedsTheSourceInColumnFive) {
+    Model m = Read("NAME X\nXLINEAR\n E  R  1.0  A\n E  R  1.0  B\nCOMPLEMENT\n    A  B\nENDATA\n");
+    EXPECT_EQ(Var(m.get(), "A")->GetComplementarityTarget(), Var(m.get(), "B"));
+    ZEM_Exception e =
+        Thrown([] { Read("NAME X\nXLINEAR\n E  R  1.0  A\n E  R  1.0  B\nCOMPLEMENT\n      A  B\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME");
+}
+
+TEST(XMPSReaderSections, OptionsFillTheTable) {
+    Model m = Read("NAME X\nXLINEAR\n E  R  1.0  A\nXOPTION\n    ITERLIM  500  FIXED\n    TOL  1e-6\n"
+                   "ENDATA\n");
+    IZEMOptionTable* t = nullptr;
+    m->GetOptionTableIntf(&t);
+    EXPECT_STREQ(t->GetOptionValue("ITERLIM"), "500");
+    EXPECT_STREQ(t->GetOptionSecondValue("ITERLIM"), "FIXED");
+    EXPECT_STREQ(t->GetOptionValue("TOL"), "1e-6");
+    EXPECT_EQ(t->GetOptionSecondValue("TOL"), nullptr);
+}
+
+TEST(XMPSReaderSections, XtndfmtTakesNoDataAndExternalModelsAreSkipped) {
+    ZEM_Exception e = Thrown([] { Read("NAME X\nXTNDFMT\n E  R  1.0  A\nENDATA\n"); });
+    EXPECT_EQ(e.Reason(), "XTNDFMTData data cards entered - no data should accompany this header card");
+    Model m = Read("NAME X\nXLINEAR\n E  R  1.0  A\nEXTERNMDLS\n BLOCK1 whatever 1 2 3\nENDATA\n");
+    EXPECT_EQ(Vars(m.get())->NumberOfVariables(), 1);
+}
+
+TEST(XMPSReaderSections, StandardSectionsAreReadByTokens) {
+    Model m = Read(
+        "NAME X\nROWS\n N  COST\n L  LIM\nCOLUMNS\n    X1  COST  1.5  LIM  2.0\nRHS\n    RHS  LIM  4\n"
+        "RANGES\n    RNG  LIM  3\nBOUNDS\n UP BND  X1  7.5\nENDATA\n");
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "COST", "X1"), 1.5);
+    EXPECT_DOUBLE_EQ(Eqn(m.get(), "LIM")->GetRHSLo(), 1.0);
+    EXPECT_DOUBLE_EQ(Var(m.get(), "X1")->GetBoundUpper(), 7.5);
+}
+
+namespace {
+// Reaches the protected handlers.
+class ProbeReader : public XMPSReader {
+public:
+    using XMPSReader::XMPSReader;
+    void CallNonLinear() { NONLINEARData(); }
+    void CallXLinear() { XLINEARData(); }
+    void CallInitial() { INITIALData(); }
+    void SetSection(int16_t s) { m_section = s; }
+    void Attach(std::istream* in) { AttachInput(in); }
+    int16_t NextCard() { return ReadMPSCard(); }
+};
+}  // namespace
+
+TEST(XMPSReaderHandlers, WrongStateNamesTheHandler) {
+    Model m = NewModel();
+    ProbeReader r(m.get(), false);
+    ZEM_Exception e = Thrown([&] { r.CallNonLinear(); });
+    EXPECT_EQ(e.Name(), "MPS Read/Process Synchronization Error");
+    EXPECT_EQ(e.Reason(), "NONLINEARData method invoked in wrong state");
+    EXPECT_EQ(e.Routine(), "XMPSReader:NONLINEARData");
+    e = Thrown([&] { r.CallXLinear(); });
+    EXPECT_EQ(e.Routine(), "XMPSReader:XLINEARData");
+    e = Thrown([&] { r.CallInitial(); });
+    EXPECT_EQ(e.Reason(), "INITIALData method invoked in wrong state");
+    EXPECT_EQ(e.Routine(), "XMPSReader::INITIALData");
+}
+
+TEST(XMPSReaderHandlers, FixedColumnXLinearRule) {
+    Model m = NewModel();
+    ProbeReader r(m.get(), false);
+    // Fixed columns in the standard layout: key at 1, equation at 4,
+    // coefficient at 14, names from 28 on, each 8 wide with 2 blanks between.
+    auto card = [](const char* key, const char* eqn, const char* coef,
+                   std::vector<const char*> names) {
+        std::string line(28 + 10 * names.size(), ' ');
+        line.replace(1, std::strlen(key), key);
+        line.replace(4, std::strlen(eqn), eqn);
+        line.replace(14, std::strlen(coef), coef);
+        for (size_t i = 0; i < names.size(); ++i) line.replace(28 + 10 * i, std::strlen(names[i]), names[i]);
+        return line + "\n";
+    };
+    std::stringstream in(card("E", "ROW1", "2.5", {"VARA", "VARB"}) +
+                         card("L", "ROW2", "1.5", {"VARA"}) + "ENDATA\n");
+    r.Attach(&in);
+    r.SetSection(kXMPSXLINEAR);
+    r.CallXLinear();
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "ROW2", "VARA"), 1.5);
+    EXPECT_EQ(Eqn(m.get(), "ROW2")->GetType(), ZEM_EQN_LE);
+    std::vector<INonLinearity*> terms = Terms(m.get());
+    ASSERT_EQ(terms.size(), 1u);
+    EXPECT_EQ(VarNames(terms[0]), (std::vector<std::string>{"VARA", "VARB"}));
+    EXPECT_EQ(Constants(terms[0]), (std::vector<double>{2.5}));
+}
+
+TEST(XMPSReaderHandlers, EndlessContinuationEndsWithTheInput) {
+    std::string text = "NAME X\nNONLINEAR\n E  R  EXPX  1.0  A";
+    for (int i = 0; i < 2000; ++i) text += "  \\\n B";
+    text += "\nENDATA\n";
+    Model m = Read(text);
+    EXPECT_EQ(Terms(m.get())[0]->NumberOfVariableTerms(), 2001);
+    // A continuation at the very end of the input ends the card, then the
+    // missing ENDATA fails the read.
+    EXPECT_EQ(Thrown([] { Read("NAME X\nNONLINEAR\n E  R  EXPX  1.0  A  \\\n"); }).Reason(),
+              "Unexpected end of XMPS file - no ENDATA card");
+}
+
+TEST(XMPSReaderFile, ReadsAFileAndReportsAMissingOne) {
+    const std::string path = std::string(ZEM_BINARY_DIR) + "/xmps_reader_test.xmps";
+    {
+        std::ofstream out(path);
+        out << kSmall;
+    }
+    Model m = NewModel();
+    XMPSReader reader(m.get(), false);
+    reader.ReadMPSFile(path.c_str());
+    EXPECT_EQ(Vars(m.get())->NumberOfVariables(), 3);
+    std::remove(path.c_str());
+    try {
+        reader.ReadMPSFile(path.c_str());
+        FAIL() << "no exception";
+    } catch (ZEM_ExcpFileError& e) {
+        EXPECT_EQ(e.ErrorType(), eFileNotFound);
+        EXPECT_EQ(e.FileName(), path);
+    }
+}
+
+TEST(XMPSReaderFile, AReaderWithoutAModelMakesOneAndHandsItOver) {
+    XMPSReader* reader = nullptr;
+    CreateXMPSReaderObject(&reader, nullptr);
+    ASSERT_NE(reader, nullptr);
+    std::stringstream in(kSmall);
+    reader->ReadMPSStream(&in);
+    IZEMDataMgr* model = nullptr;
+    reader->TakeZEMDataObject(&model);
+    reader->Destroy();
+    ASSERT_NE(model, nullptr);
+    int n = 0, mm = 0, nz = 0;
+    model->ModelDimension(n, mm, nz);
+    EXPECT_EQ(n, 3);
+    model->IRelease();
+}
+
+TEST(XMPSReaderBadInput, OverlongLinesAndTokensAndOddNumbers) {
+    // A line beyond the 1,023 characters a line holds is split; its rest is
+    // read as a line of its own (here a header that does not exist).
+    const std::string longToken(1500, 'A');
+    ZEM_Exception e = Thrown([&] { Read("NAME X\nNONLINEAR\n E  R  EXPX  1.0  " + longToken + "\nENDATA\n"); });
+    EXPECT_EQ(e.Name(), "Unknown Header Card Read in MPS File");
+    // Tokens are cut to 128 characters.
+    const std::string name200(200, 'V');
+    Model m = Read("NAME X\nXTNDFMT\nXLINEAR\n E  R  1.0  " + name200 + "\nENDATA\n");
+    EXPECT_NE(Var(m.get(), std::string(128, 'V').c_str()), nullptr);
+    // The lenient number test lets "12x" and "-" through as coefficients;
+    // they convert by their leading numeric part.
+    m = Read("NAME X\nXLINEAR\n E  R  12x  A\n E  R  -  B\nENDATA\n");
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "A"), 12.0);
+    EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "B"), 0.0);
+}
+
+TEST(XMPSReaderBadInput, RowsReadBeforeAFailureKeepTheirTypes) {
+    Model m = NewModel();
+    XMPSReader reader(m.get(), false);
+    std::stringstream in("NAME X\nXLINEAR\n L  R1  1.0  A\n G  R2  1.0  A\n Q  R3  1.0  B\nENDATA\n");
+    EXPECT_THROW(reader.ReadMPSStream(&in), ZEM_Exception);
+    EXPECT_EQ(Eqn(m.get(), "R1")->GetType(), ZEM_EQN_LE);
+    EXPECT_EQ(Eqn(m.get(), "R2")->GetType(), ZEM_EQN_GE);
+    EXPECT_EQ(Eqn(m.get(), "R3"), nullptr);
+}

@@ -1,0 +1,261 @@
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "tests/xmpsutil/XMPSTestSupport.h"
+#include "xmpsutil/XMPSManager.h"
+
+using namespace xmpstest;
+
+namespace {
+
+Model OneRowModel(double coefficient) {
+    Model m = NewModel();
+    ILPEquation* e = Eqns(m.get())->InsertEquation("ROW");
+    e->SetType(ZEM_EQN_LE);
+    Vars(m.get())->InsertVariable("X");
+    Vars(m.get())->InsertVariable("Y");
+    ILPNonZero* nz = nullptr;
+    m->InsertMatrixEntry("ROW", "X", coefficient, &nz);
+    m->InsertMatrixEntry("ROW", "Y", 2.0, &nz);
+    return m;
+}
+
+// The card layouts, spelt out with printf as an independent reference.
+std::string Fmt(const char* format, const char* a, const char* b = "", const char* c = "",
+                const char* d = "") {
+    char buf[512];
+    std::snprintf(buf, sizeof buf, format, a, b, c, d);
+    return buf;
+}
+std::string CoefCard(char letter, const char* row, const char* coef, const char* col) {
+    const char l[2] = {letter, '\0'};
+    return Fmt(" %s  %-16s  %13s  %-16s", l, row, coef, col);
+}
+std::string BoundCard(const char* key, const char* col, const char* value = nullptr) {
+    return value ? Fmt(" %s BND1              %-16s  %17s", key, col, value)
+                 : Fmt(" %s BND1              %-16s", key, col);
+}
+
+bool Contains(const std::vector<std::string>& lines, const std::string& line) {
+    for (const std::string& l : lines) {
+        if (l == line) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+TEST(XMPSWriterLayout, FramingAndSectionOrder) {
+    Model m = OneRowModel(1.5);
+    m->SetModelTitle("PLANT");
+    const std::vector<std::string> lines = Lines(Write(m.get()));
+    ASSERT_GE(lines.size(), 10u);
+    EXPECT_EQ(lines[0], "<zemblockpersist type=\"XMPS\" version=\"7.2\">");
+    EXPECT_EQ(lines[1], "<zemXMPS>");
+    EXPECT_EQ(lines[2], "NAME PLANT");
+    EXPECT_EQ(lines[3], "XTNDFMT");
+    EXPECT_EQ(lines[4], "XLINEAR");
+    EXPECT_EQ(lines[lines.size() - 3], "ENDATA");
+    EXPECT_EQ(lines[lines.size() - 2], "</zemXMPS>");
+    EXPECT_EQ(lines[lines.size() - 1], "</zemblockpersist>");
+    std::vector<std::string> headers;
+    for (const std::string& l : lines) {
+        if (!l.empty() && l[0] != ' ') headers.push_back(l);
+    }
+    EXPECT_EQ(headers, (std::vector<std::string>{
+                           lines[0], lines[1], lines[2], "XTNDFMT", "XLINEAR", "RHS", "RANGES",
+                           "BOUNDS", "TEMPBOUNDS", "INITIAL", "VARGROUPS", "ENDATA", "</zemXMPS>",
+                           "</zemblockpersist>"}));
+}
+
+TEST(XMPSWriterLayout, CoefficientCardsAndNumberForms) {
+    Model m = OneRowModel(0.999995);
+    ILPEquation* e = Eqn(m.get(), "ROW");
+    e->SetRHS(12.5);
+    e->SetRange(-3.0);
+    const std::vector<std::string> lines = Lines(Write(m.get()));
+    EXPECT_TRUE(Contains(lines, CoefCard('L', "ROW", "0.100000E+01", "X")));
+    EXPECT_TRUE(Contains(lines, CoefCard('L', "ROW", "0.200000E+01", "Y")));
+    EXPECT_TRUE(Contains(lines, Fmt("    RHS1              %-16s  %17s", "ROW", "0.125000E+02")));
+    EXPECT_TRUE(Contains(lines, Fmt("    RNG1              %-16s  %17s", "ROW", "-.300000E+01")));
+}
+
+TEST(XMPSWriterLayout, ZeroCoefficientsAreNotWritten) {
+    Model m = OneRowModel(0.0);
+    const std::vector<std::string> lines = Lines(Write(m.get()));
+    EXPECT_FALSE(Contains(lines, CoefCard('L', "ROW", "0.000000E+00", "X")));
+    EXPECT_TRUE(Contains(lines, CoefCard('L', "ROW", "0.200000E+01", "Y")));
+    // X appears on no card, so BOUNDS names it to keep it.
+    EXPECT_TRUE(Contains(lines, BoundCard("PL", "X")));
+}
+
+TEST(XMPSWriterLayout, RowLetterCarriesOverForTypesWithoutOne) {
+    Model m = OneRowModel(1.0);
+    Eqns(m.get())->InsertEquation("ODD")->SetType(6);
+    ILPNonZero* nz = nullptr;
+    m->InsertMatrixEntry("ODD", "X", 4.0, &nz);
+    const std::vector<std::string> lines = Lines(Write(m.get()));
+    EXPECT_TRUE(Contains(lines, CoefCard('L', "ODD", "0.400000E+01", "X")));
+}
+
+TEST(XMPSWriterLayout, KeywordTermsBreakEveryThreeVariablesAndListConstants) {
+    Model m = NewModel();
+    ILPEquation* e = Eqns(m.get())->InsertEquation("R");
+    e->SetType(ZEM_EQN_GE);
+    INonLinearity* t = nullptr;
+    NL(m.get())->CreateNonLinearityObject("XPROD2", &t);
+    t->SetEquationPtr(e);
+    t->AddNLConstantObject(2.5);
+    t->AddNLConstantObject(0.5);
+    t->AddNLConstantObject(-7.0);
+    for (int i = 1; i <= 7; ++i) {
+        t->AddVariableObject(Vars(m.get())->InsertVariable(("V" + std::to_string(i)).c_str()));
+    }
+    NL(m.get())->AddNonLinearityObject(t);
+    const std::vector<std::string> lines = Lines(Write(m.get()));
+    size_t at = 0;
+    while (at < lines.size() && lines[at] != "NONLINEAR") ++at;
+    ASSERT_LT(at + 6, lines.size());
+    EXPECT_EQ(lines[at + 1], " G  R   XPROD2  2.500000e+00     V1     V2     V3   \\");
+    EXPECT_EQ(lines[at + 2], "               V4     V5     V6   \\");
+    EXPECT_EQ(lines[at + 3], "               V7   \\");
+    EXPECT_EQ(lines[at + 4], "               5.000000e-01 \\");
+    EXPECT_EQ(lines[at + 5], "              -7.000000e+00");
+    EXPECT_EQ(lines[at + 6], "RHS");
+}
+
+TEST(XMPSWriterLayout, LongProductsAreContinued) {
+    Model m = NewModel();
+    ILPEquation* e = Eqns(m.get())->InsertEquation("R");
+    INonLinearity* t = nullptr;
+    NL(m.get())->CreateNonLinearityObject(static_cast<int16_t>(1), &t);
+    t->SetEquationPtr(e);
+    t->AddNLConstantObject(1.0);
+    for (int i = 0; i < 120; ++i) {
+        t->AddVariableObject(Vars(m.get())->InsertVariable(("VARIABLE_NUMBER_" + std::to_string(i)).c_str()));
+    }
+    NL(m.get())->AddNonLinearityObject(t);
+    const std::string text = Write(m.get());
+    for (const std::string& l : Lines(text)) EXPECT_LT(l.size(), 1000u);
+    Model back = Read(text);
+    ASSERT_EQ(Terms(back.get()).size(), 1u);
+    EXPECT_EQ(Terms(back.get())[0]->NumberOfVariableTerms(), 120);
+}
+
+TEST(XMPSWriterLayout, BoundsTempBoundsAndInitialCards) {
+    Model m = NewModel();
+    Eqns(m.get())->InsertEquation("R");
+    const char* names[] = {"FREE", "FIXED", "BIN", "INT", "STEP"};
+    for (const char* n : names) {
+        Vars(m.get())->InsertVariable(n);
+        ILPNonZero* nz = nullptr;
+        m->InsertMatrixEntry("R", n, 1.0, &nz);
+    }
+    Var(m.get(), "FREE")->SetBoundLower(-ZEM_INFINITY);
+    Var(m.get(), "FREE")->SetBoundUpper(ZEM_INFINITY);
+    Var(m.get(), "FIXED")->SetBoundLower(2.5);
+    Var(m.get(), "FIXED")->SetBoundUpper(2.5);
+    Var(m.get(), "FIXED")->SetTempBoundLower(1.5);
+    Var(m.get(), "BIN")->SetVarType(ZEM_VAR_BINARY);
+    Var(m.get(), "INT")->SetVarType(ZEM_VAR_DISCRETE);
+    Var(m.get(), "INT")->SetBoundUpper(9.0);
+    Var(m.get(), "STEP")->SetStepBound(0.25);
+    Var(m.get(), "STEP")->SetTempBoundLower(-3.0);
+    Var(m.get(), "STEP")->SetVarValue(7.0);
+    const std::vector<std::string> lines = Lines(Write(m.get()));
+    for (const std::string& expected : {
+             BoundCard("FR", "FREE"),
+             BoundCard("FX", "FIXED", "2.5"),
+             BoundCard("BV", "BIN"),
+             BoundCard("PL", "BIN"),
+             BoundCard("LI", "INT", "0"),
+             BoundCard("UI", "INT", "9"),
+             BoundCard("SB", "STEP", "0.25"),
+             // The reader would give 0 for "LO" on a fixed variable.
+             Fmt(" %s BND2              %-16s  %17s", "FX", "FIXED", "1.5"),
+             Fmt(" %s BND2              %-16s  %17s", "LO", "STEP", "-3"),
+             // FX leaves the value 2.5 and the state fixed; the model has 1, basic.
+             Fmt(" %s                   %-16s  %17s", "BS", "FIXED", "0.1000000000E+01"),
+             Fmt(" %s                   %-16s  %17s", "BS", "STEP", "0.7000000000E+01"),
+         }) {
+        EXPECT_TRUE(Contains(lines, expected)) << expected;
+    }
+}
+
+TEST(XMPSWriterErrors, NoModelNoStream) {
+    XMPSWriter writer;
+    std::stringstream out;
+    ZEM_Exception e = Thrown([&] { writer.WriteMPSStream(&out); });
+    EXPECT_EQ(e.Name(), "MPS Stream Write Error");
+    EXPECT_EQ(e.Reason(), "No ZEM Object Available");
+    EXPECT_EQ(e.Routine(), "XMPSWriter::WriteMPSStream");
+    e = Thrown([&] { writer.WriteZEMMPSStream(&out); });
+    EXPECT_EQ(e.Routine(), "XMPSWriter::WriteZEMMPSStream");
+}
+
+TEST(XMPSWriterErrors, FileThatCannotBeCreated) {
+    Model m = OneRowModel(1.0);
+    XMPSWriter writer(m.get());
+    try {
+        writer.WriteMPSFile("/nonexistent-directory/model.xmps");
+        FAIL() << "no exception";
+    } catch (ZEM_ExcpFileError& e) {
+        EXPECT_EQ(e.ErrorType(), eFileCreateForWrite);
+    }
+}
+
+TEST(XMPSManagerMapping, ReadFailuresAreWrapped) {
+    XMPSManager* mgr = nullptr;
+    CreateXMPSManagerObject(&mgr);
+    ASSERT_NE(mgr, nullptr);
+    ZEM_Exception e = Thrown([&] { mgr->ReadMPSFile(); });
+    EXPECT_EQ(e.Name(), "MPS Read Error");
+    EXPECT_EQ(e.Reason(), "No MPS file specification provided");
+    mgr->SetMPSFileSpec("/nonexistent-directory/none.xmps");
+    EXPECT_THROW(mgr->ReadMPSFile(), ZEM_ExcpFileError);
+    std::stringstream bad("NAME X\nNONLINEAR\nENDATA\n");
+    e = Thrown([&] { mgr->ReadMPSStream(&bad); });
+    EXPECT_EQ(e.Name(), "MPS Manager Failure");
+    EXPECT_EQ(e.Reason(), "Read of XMPS Stream Failed");
+    ASSERT_NE(e.Getbufptr(), nullptr);
+    EXPECT_NE(e.Getbufptr()->str().find("NONLINEAR Data section appears empty"), std::string::npos);
+    e = Thrown([&] { mgr->ReadMPSStream(nullptr); });
+    EXPECT_EQ(e.Reason(), "No stream provided");
+    mgr->Destroy();
+}
+
+TEST(XMPSManagerMapping, WriteFailuresAndARoundTripThroughFiles) {
+    XMPSManager* mgr = nullptr;
+    CreateXMPSManagerObject(&mgr);
+    ZEM_Exception e = Thrown([&] { mgr->WriteMPSFile(); });
+    EXPECT_EQ(e.Name(), "XMPS Write Error");
+    EXPECT_EQ(e.Reason(), "No XMPS file specification provided");
+    e = Thrown([&] { mgr->WriteMPSStream(nullptr); });
+    EXPECT_EQ(e.Name(), "XMPS Stream Write Error");
+    EXPECT_EQ(e.Reason(), "No XMPS stream provided");
+    // Without a model the writer fails, under the read texts.
+    const std::string path = std::string(ZEM_BINARY_DIR) + "/xmps_manager_test.xmps";
+    mgr->SetMPSFileSpec(path.c_str());
+    e = Thrown([&] { mgr->WriteMPSFile(); });
+    EXPECT_EQ(e.Name(), "MPS Manager Failure");
+    EXPECT_EQ(e.Reason(), "Read of XMPS Failed");
+    std::stringstream out;
+    e = Thrown([&] { mgr->WriteMPSStream(&out); });
+    EXPECT_EQ(e.Reason(), "Write of XMPS Stream Failed");
+
+    Model m = OneRowModel(3.0);
+    mgr->SetZEMDataMgr(m.get());
+    mgr->WriteMPSFile();
+    mgr->SetZEMDataMgr(nullptr);
+    mgr->ReadMPSFile();
+    IZEMDataMgr* read = nullptr;
+    mgr->GetZEMDataMgr(&read);
+    ASSERT_NE(read, nullptr);
+    ILPVariableList* vars = nullptr;
+    read->GetVariableCollectionIntf(&vars);
+    EXPECT_EQ(vars->NumberOfVariables(), 2);
+    read->IRelease();
+    mgr->Destroy();
+    std::remove(path.c_str());
+}

@@ -1,0 +1,384 @@
+// The XMPS reader's XLINEAR and NONLINEAR sections: the token rule, the
+// fixed-column XLINEAR rule and the cards that make matrix coefficients and
+// nonlinear terms.
+#include <cstring>
+#include <memory>
+
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMException.h"
+#include "nlpdata/INonLinearModel.h"
+#include "nlpdata/INonLinearity.h"
+#include "xmpsutil/XMPSNumericLocale.h"
+#include "xmpsutil/XMPSReader.h"
+#include "zemmgr/IZEMMgr.h"
+
+namespace {
+
+constexpr const char* kProcessError = "MPS Read/Process Error";
+const char* const kNonLinearRoutine = "XMPSReader::NONLINEARData";
+const char* const kXLinearRoutine = "XMPSReader::XLINEARData";
+
+// Destroys a term that was made but not yet handed to the nonlinear model.
+struct TermDestroyer {
+    void operator()(INonLinearity* t) const { t->Destroy(); }
+};
+using PendingTerm = std::unique_ptr<INonLinearity, TermDestroyer>;
+
+// Copies a card's name into a cache entry; false (nothing kept) for a name
+// too long for it.
+bool RememberName(char (&cache)[xmpstok::kTokenMax + 1], const char* name) {
+    const size_t n = std::strlen(name);
+    if (n > static_cast<size_t>(xmpstok::kTokenMax)) {
+        cache[0] = '\0';
+        return false;
+    }
+    // A plain loop: names are short, and memcpy's set-up would cost more
+    // than the copy on nearly every card.
+    for (size_t i = 0; i <= n; ++i) cache[i] = name[i];
+    return true;
+}
+
+}  // namespace
+
+// The texts of one of the two term-card handlers.
+struct XMPSReader::TermTexts {
+    const char* routine;
+    const char* incomplete;
+    const char* noCoefficient;
+    const char* unknownKey;
+    const char* noVariables;
+    const char* numericInLinear;  // null: every argument is a name
+    const char* createEquation;
+    const char* createVariable;
+    const char* createNonZero;
+    const char* createProduct;
+    const char* createKeywordTerm;  // a card fault
+    const char* productVariable;
+    const char* productVariableRoutine;
+};
+
+// ---- Token rule ----
+
+void XMPSReader::AppendArgument(const char* text) {
+    const size_t n = std::strlen(text);
+    m_argStart.push_back(m_argText.size());
+    m_argText.insert(m_argText.end(), text, text + n + 1);
+}
+
+bool XMPSReader::ReadContinuedXMPSLine() {
+    while (ReadMPSLine()) {
+        if (m_lineLength == 0 || m_line[0] == '*' || m_line[0] == '$') continue;
+        return true;
+    }
+    return false;
+}
+
+int16_t XMPSReader::ParseNONLINEARDataCard() {
+    m_keyword[0] = '\0';
+    m_coefficient[0] = '\0';
+    m_argText.clear();
+    m_argStart.clear();
+    char* key = m_fields[kMPSFieldKey];
+    char* equation = m_fields[kMPSFieldName1];
+    key[0] = '\0';
+    equation[0] = '\0';
+
+    // Key: the non-blank characters of the fixed key field.
+    int k = 0;
+    for (int i = 1; i < 1 + m_geometry.keyWidth && i < m_lineLength; ++i) {
+        if (!xmpstok::isBlank(m_line[i])) key[k++] = m_line[i];
+    }
+    key[k] = '\0';
+
+    int pos = m_geometry.start[kMPSFieldName1];
+    if (pos >= m_lineLength) return kXMPSCardToken;
+    int count = 0;
+    if (!ExtractToken(count, m_line + pos, equation, xmpstok::kTokenMax)) return kXMPSCardToken;
+    pos += count;
+    if (static_cast<int>(std::strlen(equation)) > m_geometry.nameWidth) {
+        equation[m_geometry.nameWidth] = '\0';
+    }
+
+    char token[xmpstok::kTokenMax + 1];
+    count = 0;
+    if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) return kXMPSCardToken;
+    pos += count;
+    if (!IsANumber(token)) {
+        std::memcpy(m_keyword, token, sizeof token);
+        count = 0;
+        if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) return kXMPSCardToken;
+        pos += count;
+        // A keyword without a number after it: the card has no coefficient.
+        if (!IsANumber(token)) return kXMPSCardToken;
+    }
+    std::memcpy(m_coefficient, token, sizeof token);
+
+    for (;;) {
+        count = 0;
+        if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) break;
+        pos += count;
+        if (token[0] == '\\' && token[1] == '\0') {
+            if (!ReadContinuedXMPSLine()) break;
+            pos = 0;
+            continue;
+        }
+        AppendArgument(token);
+    }
+    return kXMPSCardToken;
+}
+
+int16_t XMPSReader::ParseXLINEARDataCard() {
+    m_keyword[0] = '\0';
+    m_coefficient[0] = '\0';
+    m_argText.clear();
+    m_argStart.clear();
+    for (auto& field : m_fields) field[0] = '\0';
+    if (m_lineLength > 1) MPSExtractField(m_fields[kMPSFieldKey], m_line + 1, m_geometry.keyWidth);
+    const int nameWidth = m_geometry.nameWidth;
+    const int eqnStart = m_geometry.start[kMPSFieldName1];
+    if (eqnStart < m_lineLength) MPSExtractField(m_fields[kMPSFieldName1], m_line + eqnStart, nameWidth);
+    if (m_thirdFieldColumn < m_lineLength) {
+        const int width = m_geometry.numberWidth < xmpstok::kTokenMax ? m_geometry.numberWidth
+                                                                      : xmpstok::kTokenMax;
+        MPSExtractField(m_coefficient, m_line + m_thirdFieldColumn, width);
+    }
+    char name[kMPSLineSize];
+    for (int at = m_nameListColumn; at < m_lineLength; at += nameWidth + 2) {
+        if (MPSExtractField(name, m_line + at, nameWidth) == 0) break;
+        AppendArgument(name);
+    }
+    return kXMPSCardFixedXLINEAR;
+}
+
+// ---- Term cards ----
+
+void XMPSReader::RequireSection(int16_t code, const char* wrongStateText,
+                                const char* routine) const {
+    if (m_section != code) {
+        ProcessFault("MPS Read/Process Synchronization Error", wrongStateText, routine, __LINE__);
+    }
+}
+
+void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonLinearModel** nl) {
+    m_varList = nullptr;
+    m_eqnList = nullptr;
+    m_matrix = nullptr;
+    *nl = nullptr;
+    if (m_zem != nullptr) {
+        m_zem->GetVariableCollectionIntf(&m_varList);
+        m_zem->GetEquationCollectionIntf(&m_eqnList);
+        m_zem->GetMatrixIntf(&m_matrix);
+        m_zem->GetNonLinearModelIntf(nl);
+    }
+    if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr || *nl == nullptr) {
+        ProcessFault(kProcessError, failText, routine, __LINE__);
+    }
+}
+
+ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, const char* failText,
+                                              const char* routine) {
+    // Cards of one column usually come together.
+    if (m_lastVariable != nullptr && std::strcmp(m_lastVariableName, name) == 0) {
+        return m_lastVariable;
+    }
+    ILPVariable* var = FindVariable(name);
+    if (var == nullptr) var = NewVariable(name);
+    if (var == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
+    m_lastVariable = RememberName(m_lastVariableName, name) ? var : nullptr;
+    return var;
+}
+
+void XMPSReader::NONLINEARData() {
+    if (m_section != kXMPSXLINEAR && m_section != kXMPSNONLINEAR) {
+        ProcessFault("MPS Read/Process Synchronization Error",
+                     "NONLINEARData method invoked in wrong state", "XMPSReader:NONLINEARData",
+                     __LINE__);
+    }
+    XMPSNumericLocale cLocale;
+    const bool xlinear = m_section == kXMPSXLINEAR;
+    if (ReadMPSCard() != kXMPSCardToken) {
+        ProcessFault(kProcessError,
+                     xlinear ? "XLINEAR Data section appears empty - no data card following header"
+                             : "NONLINEAR Data section appears empty - no data card following header",
+                     kNonLinearRoutine, __LINE__);
+    }
+    INonLinearModel* nl = nullptr;
+    FetchTermModel("NONLINEARData Unable to Retrieve a model data object", kNonLinearRoutine, &nl);
+    static const TermTexts texts = {
+        kNonLinearRoutine,
+        "MPS NONLINEAR Section Error - Incomplete Data Entry",
+        "MPS NONLINEAR Section Error - Incomplete Data Entry - No Coefficient",
+        "XMPS NONLINEAR Section Error - Unknown Row Type Key Found",
+        "MPS NONLINEAR Section Error - Incomplete Data Entry - No Variables in Function",
+        "MPS NONLINEAR Section Error - Numerical constants in Linear term entry",
+        "NONLINEARData Unable to create new Equation data object",
+        "NONLINEARData Unable to create new Variable data object",
+        "NONLINEARData Unable to create new NonZero data object",
+        "NONLINEARData Unable to create new NonLinearity data object",
+        "MPS NONLINEAR Section Error - Unable to create new NonLinearity data object",
+        // The keyword-less product branch reports a failed variable with
+        // the XLINEAR text and place.
+        "XLINEARData Unable to create new Variable data object",
+        kXLinearRoutine,
+    };
+    try {
+        do {
+            ApplyTermCard(texts, nl);
+        } while (ReadMPSCard() == kXMPSCardToken);
+    } catch (...) {
+        ApplyPendingTypes();
+        throw;
+    }
+    ApplyPendingTypes();
+}
+
+void XMPSReader::XLINEARData() {
+    if (m_section != kXMPSXLINEAR) {
+        ProcessFault("MPS Read/Process Synchronization Error",
+                     "XLINEARData method invoked in wrong state", "XMPSReader:XLINEARData", __LINE__);
+    }
+    XMPSNumericLocale cLocale;
+    if (ReadMPSCard() != kXMPSCardToken) {
+        ProcessFault(kProcessError, "XLINEAR Data section appears empty - no data card following header",
+                     kXLinearRoutine, __LINE__);
+    }
+    INonLinearModel* nl = nullptr;
+    FetchTermModel("XLINEARData Unable to Retrieve a model data object", kXLinearRoutine, &nl);
+    static const TermTexts texts = {
+        kXLinearRoutine,
+        "MPS XLINEAR Section Error - Incomplete Data Entry",
+        "MPS XLINEAR Section Error - Incomplete Data Entry - No Coefficient",
+        "XMPS XLINEAR Section Error - Unknown Row Type Key Found",
+        "MPS XLINEAR Section Error - Incomplete Data Entry - No Variables",
+        nullptr,
+        "XLINEARData Unable to create new Equation data object",
+        "XLINEARData Unable to create new Variable data object",
+        "XLINEARData Unable to create new NonZero data object",
+        "XLINEARData Unable to create new NonLinearity data object",
+        "XLINEARData Unable to create new NonLinearity data object",
+        "XLINEARData Unable to create new Variable data object",
+        kXLinearRoutine,
+    };
+    try {
+        do {
+            // The section's cards were split by the token rule; this handler
+            // reads them by columns.
+            ParseXLINEARDataCard();
+            ApplyTermCard(texts, nl);
+        } while (ReadMPSCard() == kXMPSCardToken);
+    } catch (...) {
+        ApplyPendingTypes();
+        throw;
+    }
+    ApplyPendingTypes();
+}
+
+// Sets the types that the section's keys gave, in card order: a key sets
+// its row's type unless the row is the objective.
+void XMPSReader::ApplyPendingTypes() {
+    const size_t n = m_pendingTypes.size();
+    constexpr size_t kAhead = 8;
+    for (size_t i = 0; i < n; ++i) {
+        if (i + kAhead < n) {
+            const char* ahead = reinterpret_cast<const char*>(m_pendingTypes[i + kAhead].first);
+            __builtin_prefetch(ahead);
+            __builtin_prefetch(ahead + 64);
+            __builtin_prefetch(ahead + 128);
+        }
+        ILPEquation* eqn = m_pendingTypes[i].first;
+        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypes[i].second);
+    }
+    m_pendingTypes.clear();
+}
+
+void XMPSReader::ForgetLastCard() {
+    m_lastEquation = nullptr;
+    m_lastVariable = nullptr;
+    m_lastEquationName[0] = '\0';
+    m_lastVariableName[0] = '\0';
+    m_pendingTypes.clear();
+}
+
+void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
+    const char* eqName = Field(kMPSFieldName1);
+    if (eqName[0] == '\0') CardFault(texts.incomplete, texts.routine, __LINE__);
+    if (m_coefficient[0] == '\0') CardFault(texts.noCoefficient, texts.routine, __LINE__);
+
+    // The row type is settled first, so a refused key creates nothing.
+    int16_t type = ZEM_EQN_UNKNOWN;
+    const bool hasKey = HasField(kMPSFieldKey);
+    if (hasKey) {
+        GetEquationTypeFromKey(type);
+        if (type == ZEM_EQN_UNKNOWN) CardFault(texts.unknownKey, texts.routine, __LINE__);
+    }
+    const int nArgs = ArgumentCount();
+    int numbers = 0;
+    if (texts.numericInLinear != nullptr) {
+        for (int i = 0; i < nArgs; ++i) numbers += IsANumber(Argument(i)) ? 1 : 0;
+    }
+    if (nArgs - numbers == 0) CardFault(texts.noVariables, texts.routine, __LINE__);
+    if (m_keyword[0] == '\0' && numbers > 0) {
+        CardFault(texts.numericInLinear, texts.routine, __LINE__);
+    }
+
+    ILPEquation* eqn = m_lastEquation;
+    if (eqn == nullptr || std::strcmp(m_lastEquationName, eqName) != 0) {
+        eqn = FindEquation(eqName);
+        if (eqn == nullptr) {
+            m_eqnList->CreateNewEquationObject(&eqn);
+            if (eqn == nullptr) ProcessFault(kProcessError, texts.createEquation, texts.routine, __LINE__);
+            eqn->SetName(eqName);
+            m_eqnList->AddEquationObject(eqn);
+        }
+        m_lastEquation = RememberName(m_lastEquationName, eqName) ? eqn : nullptr;
+    }
+    // The type is applied when the section ends: reading each row's type
+    // here would wait on a row object for nearly every card.
+    if (hasKey && (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn ||
+                   m_pendingTypes.back().second != type)) {
+        m_pendingTypes.emplace_back(eqn, type);
+    }
+
+    const double coefficient = MPSParseNumber(m_coefficient);
+    if (m_keyword[0] == '\0' && nArgs == 1) {
+        ILPVariable* var = FindOrCreateVariable(Argument(0), texts.createVariable, texts.routine);
+        ILPNonZero* nz = nullptr;
+        m_matrix->CreateNewNonZeroObject(&nz);
+        if (nz == nullptr) ProcessFault(kProcessError, texts.createNonZero, texts.routine, __LINE__);
+        nz->SetEquationPtr(eqn);
+        nz->SetVariablePtr(var);
+        nz->SetCoefficient(coefficient);
+        m_matrix->AddNonZeroObject(nz);
+        return;
+    }
+
+    INonLinearity* made = nullptr;
+    if (m_keyword[0] == '\0') {
+        nl->CreateNonLinearityObject(static_cast<int16_t>(1), &made);
+        if (made == nullptr) ProcessFault(kProcessError, texts.createProduct, texts.routine, __LINE__);
+    } else {
+        nl->CreateNonLinearityObject(m_keyword, &made);
+        if (made == nullptr) CardFault(texts.createKeywordTerm, texts.routine, __LINE__);
+    }
+    PendingTerm term(made);
+    term->SetEquationPtr(eqn);
+    term->AddNLConstantObject(coefficient);
+    for (int i = 0; i < nArgs; ++i) {
+        const char* arg = Argument(i);
+        if (m_keyword[0] != '\0' && texts.numericInLinear != nullptr && IsANumber(arg)) {
+            term->AddNLConstantObject(MPSParseNumber(arg));
+        } else if (m_keyword[0] == '\0') {
+            term->AddVariableObject(
+                FindOrCreateVariable(arg, texts.productVariable, texts.productVariableRoutine));
+        } else {
+            term->AddVariableObject(FindOrCreateVariable(arg, texts.createVariable, texts.routine));
+        }
+    }
+    nl->AddNonLinearityObject(term.release());
+}
+
