@@ -69,6 +69,13 @@ public:
         return npos;
     }
 
+    // Makes room for `more` entities with `nameBytes` bytes of names in all.
+    void Reserve(size_t more, size_t nameBytes) {
+        m_items.reserve(m_items.size() + more);
+        m_keys.reserve(m_keys.size() + more);
+        m_names.Reserve(m_items.size() + more, nameBytes, m_keys);
+    }
+
     // Removes and deletes e; the entities after it move down one index.
     // Returns false (and leaves e alone) when e is not in the list.
     bool Remove(E* e) {

@@ -232,6 +232,7 @@ void LPEquationList::ReadRecords(int n, ILPEquation*** out, std::istream* is, si
         [recordSize](ILPEquation* e, const unsigned char* rec) {
             DecodeEquation(e, rec, recordSize);
         },
+        [this](size_t count, size_t bytes) { m_store.Reserve(count, bytes); },
         [this](ILPEquation* e) { AddEquationObject(e); });
     if (out != nullptr)
         *out = table;

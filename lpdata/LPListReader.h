@@ -25,17 +25,19 @@ struct ListReadTexts {
 // Reads n records, makes an entity for each with make() and fills it with
 // decode(entity, record); then reads the name block, names the entities in
 // order and adds each with add(entity), stopping when the block or the n
-// entities are used up. Entities left without a name are deleted. Returns the
+// entities are used up; reserve(count, bytes) is told beforehand how many
+// entities and name bytes that can be at most. Entities left without a name
+// are deleted. Returns the
 // added entities as a new[] table with a terminating null. On a read error
 // nothing has been added and nothing is leaked.
-template <class E, class Make, class Decode, class Add>
+template <class E, class Make, class Decode, class Reserve, class Add>
 E** ReadEntityList(int n, std::istream* is, size_t recordSize, const ListReadTexts& t, Make make,
-                   Decode decode, Add add) {
+                   Decode decode, Reserve reserve, Add add) {
     if (is == nullptr || n < 0 || !zembin::canHold(is, n, recordSize))
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.listError, t.listRoutine);
 
     std::vector<std::unique_ptr<E>> made;
-    made.reserve(static_cast<size_t>(std::min(n, 1 << 16)));
+    made.reserve(ReserveHint(is, n));
     RecordReader reader(is, recordSize, static_cast<uint64_t>(n));
     for (int i = 0; i < n; ++i) {
         const unsigned char* rec = reader.Next();
@@ -55,6 +57,7 @@ E** ReadEntityList(int n, std::istream* is, size_t recordSize, const ListReadTex
         if (!zembin::canHold(is, bytes, 1) || !ReadBlock(is, static_cast<uint64_t>(bytes), block))
             ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.namesError, t.namesRoutine);
         added.reserve(made.size());
+        reserve(made.size(), block.size());
         ForEachBlockName(block, made.size(), [&](const std::string& name) {
             E* e = made[added.size()].release();
             e->SetName(name.c_str());

@@ -81,7 +81,7 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
     const size_t nVars = lprec::TableLength(vars);
     const size_t nEqns = lprec::TableLength(eqns);
     std::vector<ILPNonZero*> read;
-    read.reserve(static_cast<size_t>(std::min(n, 1 << 16)));
+    read.reserve(lprec::ReserveHint(is, n));
     lprec::RecordReader reader(is, kNonZeroRecord, static_cast<uint64_t>(n));
     for (int i = 0; i < n; ++i) {
         const unsigned char* rec = reader.Next();

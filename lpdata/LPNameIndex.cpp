@@ -116,9 +116,9 @@ void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& key
     }
 }
 
-void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys) {
+void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys, size_t room) {
     size_t capacity = 16;
-    while (capacity < 2 * (positions + 1)) capacity *= 2;
+    while (capacity < 2 * (std::max(positions, room) + 1)) capacity *= 2;
     m_slots.assign(capacity, 0);
     m_used = 0;
     m_shadowed = 0;
@@ -147,6 +147,12 @@ void LPNameIndex::Rebuild(std::vector<Key>& keys) {
     }
     m_liveBytes = live;
     Grow(keys.size(), keys);
+}
+
+void LPNameIndex::Reserve(size_t positions, size_t nameBytes, const std::vector<Key>& keys) {
+    if (m_arena.size() + nameBytes <= std::numeric_limits<uint32_t>::max())
+        m_arena.reserve(m_arena.size() + nameBytes);
+    if (2 * (positions + 1) > m_slots.size()) Grow(keys.size(), keys, positions);
 }
 
 void LPNameIndex::Clear() {

@@ -42,13 +42,18 @@ public:
     // the arena space of names no longer in `keys`; keys are updated in place.
     void Rebuild(std::vector<Key>& keys);
     void Clear();
+    // Makes room for `positions` indexed positions in all and `nameBytes`
+    // more bytes of names, so that adding that many costs no regrowth.
+    void Reserve(size_t positions, size_t nameBytes, const std::vector<Key>& keys);
     // True when most of the arena holds names of removed entities.
     bool Wasteful() const { return m_arena.size() > 2 * m_liveBytes + 4096; }
 
 private:
     static uint64_t Hash(const char* s, size_t n);
     bool Equals(const Key& key, const char* s, size_t n) const;
-    void Grow(size_t positions, const std::vector<Key>& keys);
+    // Re-indexes positions [0, positions) into a table with room for at
+    // least `room` positions.
+    void Grow(size_t positions, const std::vector<Key>& keys, size_t room = 0);
     // Indexes pos unless its name is already indexed; false when it was.
     bool Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
     uint64_t HashOf(const Key& key) const { return Hash(m_arena.data() + key.offset, key.length); }

@@ -2,8 +2,15 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace lprec {
+
+size_t ReserveHint(std::istream* is, int n) {
+    if (n <= 0) return 0;
+    const bool sized = zembin::remaining(is) != std::numeric_limits<uint64_t>::max();
+    return static_cast<size_t>(sized ? n : std::min(n, 1 << 16));
+}
 
 namespace {
 constexpr size_t kChunkBytes = 1 << 16;

@@ -236,6 +236,7 @@ void LPVariableList::ReadRecords(int n, ILPVariable*** out, std::istream* is, si
         [recordSize](ILPVariable* v, const unsigned char* rec) {
             DecodeVariable(v, rec, recordSize);
         },
+        [this](size_t count, size_t bytes) { m_store.Reserve(count, bytes); },
         [this](ILPVariable* v) { AddVariableObject(v); });
     if (out != nullptr)
         *out = table;
