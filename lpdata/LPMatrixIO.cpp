@@ -82,6 +82,17 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
     const size_t nEqns = lprec::TableLength(eqns);
     std::vector<ILPNonZero*> read;
     read.reserve(lprec::ReserveHint(is, n));
+    // Until they are inserted, the entries read are owned here.
+    struct Pending {
+        std::vector<ILPNonZero*>& entries;
+        size_t inserted = 0;
+        ~Pending() {
+            for (size_t i = inserted; i < entries.size(); ++i) entries[i]->Destroy();
+        }
+    } pending{read};
+    // First every record, counting the entries of each column, so that each
+    // column line is sized once before the entries go in.
+    std::vector<uint32_t> perColumn(nVars + 1, 0);
     lprec::RecordReader reader(is, kNonZeroRecord, static_cast<uint64_t>(n));
     for (int i = 0; i < n; ++i) {
         const unsigned char* rec = reader.Next();
@@ -91,17 +102,18 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
         if (vi < 1 || static_cast<size_t>(vi) > nVars || ei < 1 || static_cast<size_t>(ei) > nEqns)
             ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
         LPNonZero* nz = new LPNonZero();
+        read.push_back(nz);
         nz->SetVariablePtr(vars[vi - 1]);
         nz->SetEquationPtr(eqns[ei - 1]);
         nz->SetCoefficient(zembin::getF64(rec + 8));
-        try {
-            FastInsertNonZeroObject(nz);
-        } catch (...) {
-            nz->Destroy();
-            throw;
-        }
-        read.push_back(nz);
+        ++perColumn[static_cast<size_t>(vi)];
     }
+    Sync();
+    for (size_t vi = 1; vi <= nVars; ++vi) {
+        const int idx = perColumn[vi] ? vars[vi - 1]->GetIndex() : 0;
+        if (idx >= 1 && idx <= ColLimit()) m_cols.Reserve(static_cast<size_t>(idx), perColumn[vi]);
+    }
+    for (; pending.inserted < read.size(); ++pending.inserted) FastInsertNonZeroObject(read[pending.inserted]);
     if (out != nullptr) *out = lprec::MakeTable(read);
 }
 
