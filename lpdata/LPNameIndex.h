@@ -31,6 +31,11 @@ public:
     // Indexes position `pos` under `key` unless an earlier position already
     // holds that name. `keys` are the keys of all positions, `pos` included.
     void Insert(size_t pos, const std::vector<Key>& keys);
+    // Insert for every position from `from` to the end of `keys`, with the
+    // table's memory fetched ahead of use.
+    void InsertRange(size_t from, const std::vector<Key>& keys);
+    // Throws unless `positions` positions can be indexed.
+    static void CheckRoom(size_t positions);
     // Position of the first entity added under `name`, or npos.
     size_t Find(const char* name, const std::vector<Key>& keys) const;
     // Forgets position `pos`, whose key `gone` the owner has just taken out

@@ -236,8 +236,9 @@ void LPVariableList::ReadRecords(int n, ILPVariable*** out, std::istream* is, si
         [recordSize](ILPVariable* v, const unsigned char* rec) {
             DecodeVariable(v, rec, recordSize);
         },
-        [this](size_t count, size_t bytes) { m_store.Reserve(count, bytes); },
-        [this](ILPVariable* v) { AddVariableObject(v); });
+        [this](const std::vector<ILPVariable*>& batch, size_t nameBytes) {
+            m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
+        });
     if (out != nullptr)
         *out = table;
     else

@@ -333,6 +333,40 @@ TEST(ListRecords, ShortNameBlockAddsOnlyTheNamedEntities) {
     delete[] table;
 }
 
+// Entities read in one batch are found by name exactly as if they had been
+// added one by one: the first of a name wins, names already in the list
+// keep their entity, and removing that entity uncovers the next one.
+TEST(ListRecords, ReadNamesAreIndexedLikeSingleInsertions) {
+    LPVariableList src;
+    for (int i = 0; i < 5000; ++i) {
+        ILPVariable* v = nullptr;
+        src.CreateNewVariableObject(&v);
+        v->SetName(("N" + std::to_string(i % 4000)).c_str());
+        src.AddVariableObject(v);
+    }
+    ASSERT_EQ(src.NumberOfVariables(), 5000);
+    std::ostringstream os;
+    src.StreamWrite4(&os);
+    LPVariableList dst;
+    ILPVariable* old = dst.InsertVariable("N7");
+    std::istringstream is(os.str());
+    ILPVariable** table = nullptr;
+    dst.StreamRead4(5000, &table, &is);
+    ASSERT_EQ(dst.NumberOfVariables(), 5001);
+    EXPECT_EQ(dst.VarNameLookup("N7"), old);
+    for (int i = 0; i < 4000; i += 37) {
+        if (i == 7) continue;
+        EXPECT_EQ(dst.VarNameLookup(("N" + std::to_string(i)).c_str()), table[i]) << i;
+    }
+    EXPECT_EQ(table[4001]->GetIndex(), 4003);
+    dst.RemoveVariable(old);
+    EXPECT_EQ(dst.VarNameLookup("N7"), table[7]);
+    dst.RemoveVariable(table[7]);
+    EXPECT_EQ(dst.VarNameLookup("N7"), table[4007]);
+    EXPECT_EQ(dst.VarNameLookup("N4000"), nullptr);
+    delete[] table;
+}
+
 TEST(ListRecords, SafeAppendRefusesOldVariableFormats) {
     LPVariableList dst;
     std::istringstream is("");
