@@ -213,8 +213,57 @@ void BM_ReadMPSFile(benchmark::State& state) {
     std::remove(path.c_str());
 }
 
+// Model processing when half of the rows are empty: n rows, every other one
+// with two entries, the rest empty and dropped by ProcessFullCollection.
+// Timed: ProcessFullCollection alone; it should grow linearly with n.
+void BM_DropEmptyRows(benchmark::State& state) {
+    const int rows = static_cast<int>(state.range(0));
+    char name[32];
+    for (auto _ : state) {
+        state.PauseTiming();
+        MgrPtr mgr = makeMgr();
+        ILPVariableList* vars = nullptr;
+        ILPEquationList* eqns = nullptr;
+        ILPMatrix* matrix = nullptr;
+        mgr->GetVariableCollectionIntf(&vars);
+        mgr->GetEquationCollectionIntf(&eqns);
+        mgr->GetMatrixIntf(&matrix);
+        std::vector<ILPVariable*> cols;
+        for (int c = 0; c < rows / 2; ++c) {
+            std::snprintf(name, sizeof name, "C%07d", c);
+            cols.push_back(vars->InsertVariable(name));
+        }
+        for (int r = 0; r < rows; ++r) {
+            std::snprintf(name, sizeof name, "R%07d", r);
+            ILPEquation* e = eqns->InsertEquation(name);
+            if (r % 2 == 1) continue;
+            for (int k = 0; k < 2; ++k) {
+                ILPNonZero* nz = nullptr;
+                matrix->CreateNewNonZeroObject(&nz);
+                nz->SetEquationPtr(e);
+                nz->SetVariablePtr(cols[static_cast<size_t>((r / 2 + k) % (rows / 2))]);
+                nz->SetCoefficient(1.0 + k);
+                matrix->AddNonZeroObject(nz);
+            }
+        }
+        state.ResumeTiming();
+        mgr->ProcessFullCollection();
+        state.PauseTiming();
+        if (eqns->NumberOfEquations() != (rows + 1) / 2) state.SkipWithError("empty rows left");
+        mgr.reset();
+        state.ResumeTiming();
+    }
+    state.SetComplexityN(rows);
+}
+
 }  // namespace
 
+BENCHMARK(BM_DropEmptyRows)
+    ->RangeMultiplier(2)
+    ->Range(50000, 200000)
+    ->Complexity(benchmark::oN)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(2);
 BENCHMARK(BM_RestoreFromFile)->Arg(200000)->Arg(416667)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(BM_ReadMPSFile)->Arg(200000)->Arg(416667)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(BM_SaveToStream)->Arg(200000)->Arg(416667)->Unit(benchmark::kMillisecond)->Iterations(3);

@@ -69,6 +69,31 @@ public:
         return npos;
     }
 
+    // Appends entities that are in no list yet (a read), as Add would one by
+    // one, with `nameBytes` a bound on their names' total length; storage
+    // and the name index are sized once and indexed in one pass. Returns the
+    // number added. When it throws nothing was added.
+    size_t AddBatch(const std::vector<E*>& batch, size_t nameBytes) {
+        if (batch.empty()) return 0;
+        const size_t from = m_items.size();
+        m_names.CheckRoom(from + batch.size());
+        m_items.reserve(from + batch.size());
+        m_keys.reserve(from + batch.size());
+        m_names.Reserve(from + batch.size(), nameBytes, m_keys);
+        try {
+            for (E* e : batch) m_keys.push_back(m_names.Store(e->GetName()));
+        } catch (...) {
+            m_keys.resize(from);
+            throw;
+        }
+        for (E* e : batch) {
+            m_items.push_back(e);
+            e->SetIndex(static_cast<int>(m_items.size()));
+        }
+        m_names.InsertRange(from, m_keys);
+        return batch.size();
+    }
+
     // Removes and deletes e; the entities after it move down one index.
     // Returns false (and leaves e alone) when e is not in the list.
     bool Remove(E* e) {

@@ -232,7 +232,9 @@ void LPEquationList::ReadRecords(int n, ILPEquation*** out, std::istream* is, si
         [recordSize](ILPEquation* e, const unsigned char* rec) {
             DecodeEquation(e, rec, recordSize);
         },
-        [this](ILPEquation* e) { AddEquationObject(e); });
+        [this](const std::vector<ILPEquation*>& batch, size_t nameBytes) {
+            m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
+        });
     if (out != nullptr)
         *out = table;
     else

@@ -23,19 +23,20 @@ struct ListReadTexts {
 };
 
 // Reads n records, makes an entity for each with make() and fills it with
-// decode(entity, record); then reads the name block, names the entities in
-// order and adds each with add(entity), stopping when the block or the n
-// entities are used up. Entities left without a name are deleted. Returns the
-// added entities as a new[] table with a terminating null. On a read error
-// nothing has been added and nothing is leaked.
-template <class E, class Make, class Decode, class Add>
+// decode(entity, record); then reads the name block and names the entities
+// in order, stopping when the block or the n entities are used up, and hands
+// the named ones to addAll(entities, name block size) in one batch, which
+// takes them over unless it throws. Entities left without a name are
+// deleted. Returns the added entities as a new[] table with a terminating
+// null. On a read error nothing has been added and nothing is leaked.
+template <class E, class Make, class Decode, class AddAll>
 E** ReadEntityList(int n, std::istream* is, size_t recordSize, const ListReadTexts& t, Make make,
-                   Decode decode, Add add) {
+                   Decode decode, AddAll addAll) {
     if (is == nullptr || n < 0 || !zembin::canHold(is, n, recordSize))
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.listError, t.listRoutine);
 
     std::vector<std::unique_ptr<E>> made;
-    made.reserve(static_cast<size_t>(std::min(n, 1 << 16)));
+    made.reserve(ReserveHint(is, n));
     RecordReader reader(is, recordSize, static_cast<uint64_t>(n));
     for (int i = 0; i < n; ++i) {
         const unsigned char* rec = reader.Next();
@@ -56,11 +57,12 @@ E** ReadEntityList(int n, std::istream* is, size_t recordSize, const ListReadTex
             ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", t.namesError, t.namesRoutine);
         added.reserve(made.size());
         ForEachBlockName(block, made.size(), [&](const std::string& name) {
-            E* e = made[added.size()].release();
+            E* e = made[added.size()].get();
             e->SetName(name.c_str());
             added.push_back(e);
-            add(e);
         });
+        addAll(added, block.size());
+        for (size_t i = 0; i < added.size(); ++i) made[i].release();
     }
     return MakeTable(added);
 }

@@ -81,6 +81,7 @@ ILPNonZero* LPMatrix::AddNonZeroObject(ILPNonZero* nz) {
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "NonZero object has no Equation or Variable",
                   "LPMatrix::AddNonZeroObject");
     Sync();
+    ++m_structure;
     LPMatrixColumns::Line& col = m_cols.For(nz, ColLimit(), "LPMatrix::AddNonZeroObject");
     if (ILPNonZero* dup = m_cols.Find(col, eqn)) {
         if (dup != nz) {
@@ -101,6 +102,7 @@ void LPMatrix::FastInsertNonZeroObject(ILPNonZero* nz) {
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "NonZero object has no Equation or Variable",
                   "LPMatrix::FastInsertNonZeroObject");
     Sync();
+    ++m_structure;
     LPMatrixColumns::Line& col = m_cols.For(nz, ColLimit(), "LPMatrix::FastInsertNonZeroObject");
     m_all.push_back(nz);
     nz->SetIndex(static_cast<int>(m_all.size()));
@@ -155,6 +157,7 @@ void LPMatrix::RemoveNonZero(ILPNonZero* nz) {
     EraseByColNonZero(nz);
     const size_t pos = PositionOf(nz);
     if (pos != kNone) m_all.erase(m_all.begin() + static_cast<std::ptrdiff_t>(pos));
+    ++m_structure;
     m_trash.erase(std::remove(m_trash.begin(), m_trash.end(), nz), m_trash.end());
     ReIndexMatrixNZ(pos == kNone ? 1 : static_cast<int>(pos) + 1);
     if (m_persisted > 0) --m_persisted;
@@ -165,6 +168,7 @@ void LPMatrix::MarkTrashed(ILPNonZero* nz) {
     if (nz->GetIndex() == 0) return;  // already marked
     m_cols.Unindex(nz);
     nz->SetIndex(0);
+    ++m_structure;
     m_trash.push_back(nz);
 }
 
@@ -251,6 +255,7 @@ void LPMatrix::RemoveBatch(const std::vector<ILPNonZero*>& doomed) {
     EraseByColNonZerosInTrash();
     const auto gone = [this](const ILPNonZero* nz) { return m_doomed.count(nz) > 0; };
     m_all.erase(std::remove_if(m_all.begin(), m_all.end(), gone), m_all.end());
+    ++m_structure;
     m_trash.erase(std::remove_if(m_trash.begin(), m_trash.end(), gone), m_trash.end());
     FullReIndexMatrixNZ();
     for (ILPNonZero* nz : m_doomedList) nz->Destroy();

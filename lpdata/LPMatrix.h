@@ -98,6 +98,12 @@ public:
     void ClearDiffFlags() override;
     void FastInsertNonZeroObject(ILPNonZero* nz) override;
 
+    // Advances whenever entries are added (or summed into), inserted or
+    // removed; copies of the matrix's content compare it to know they are
+    // out of date. Coefficient writes to existing entries are counted by the
+    // entries themselves (LPNonZero::ChangeCount).
+    uint64_t StructureCount() const { return m_structure; }
+
 protected:
     // Forgets the key state of the rows and columns, so that they are re-keyed
     // from their entities' indices at the next access.
@@ -169,6 +175,7 @@ private:
     std::unordered_set<const ILPNonZero*> m_doomed;  // the batch being removed
     std::vector<ILPNonZero*> m_doomedList;
     int m_persisted = 0;
+    uint64_t m_structure = 0;
 
     size_t m_allCursor = kNone;
     Walk m_byRow, m_byCol, m_inRow, m_inCol, m_internalByRow, m_internalInRow;

@@ -80,19 +80,33 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
     const size_t nVars = lprec::TableLength(vars);
     const size_t nEqns = lprec::TableLength(eqns);
-    std::vector<ILPNonZero*> read;
-    read.reserve(static_cast<size_t>(std::min(n, 1 << 16)));
-    lprec::RecordReader reader(is, kNonZeroRecord, static_cast<uint64_t>(n));
-    for (int i = 0; i < n; ++i) {
-        const unsigned char* rec = reader.Next();
-        if (rec == nullptr) ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
+    // The whole section is read and checked first, counting the entries of
+    // each column so that each column line is sized once; then each entry is
+    // made and inserted while it is fresh in the cache.
+    std::vector<unsigned char> records;
+    if (!lprec::ReadBlock(is, static_cast<uint64_t>(n) * kNonZeroRecord, records))
+        ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
+    std::vector<uint32_t> perColumn(nVars + 1, 0);
+    for (size_t i = 0; i < static_cast<size_t>(n); ++i) {
+        const unsigned char* rec = records.data() + i * kNonZeroRecord;
         const int32_t vi = zembin::get32(rec + 0);
         const int32_t ei = zembin::get32(rec + 4);
         if (vi < 1 || static_cast<size_t>(vi) > nVars || ei < 1 || static_cast<size_t>(ei) > nEqns)
             ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
+        ++perColumn[static_cast<size_t>(vi)];
+    }
+    Sync();
+    for (size_t vi = 1; vi <= nVars; ++vi) {
+        const int idx = perColumn[vi] ? vars[vi - 1]->GetIndex() : 0;
+        if (idx >= 1 && idx <= ColLimit()) m_cols.Reserve(static_cast<size_t>(idx), perColumn[vi]);
+    }
+    std::vector<ILPNonZero*> read;
+    read.reserve(static_cast<size_t>(n));  // the records are in memory
+    for (size_t i = 0; i < static_cast<size_t>(n); ++i) {
+        const unsigned char* rec = records.data() + i * kNonZeroRecord;
         LPNonZero* nz = new LPNonZero();
-        nz->SetVariablePtr(vars[vi - 1]);
-        nz->SetEquationPtr(eqns[ei - 1]);
+        nz->SetVariablePtr(vars[zembin::get32(rec + 0) - 1]);
+        nz->SetEquationPtr(eqns[zembin::get32(rec + 4) - 1]);
         nz->SetCoefficient(zembin::getF64(rec + 8));
         try {
             FastInsertNonZeroObject(nz);

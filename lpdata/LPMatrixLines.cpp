@@ -70,6 +70,12 @@ void LPMatrixColumns::Append(Line& line, ILPNonZero* nz) {
         Reindex(line);
 }
 
+void LPMatrixColumns::Reserve(size_t idx, size_t extra) {
+    if (idx >= m_lines.size()) m_lines.resize(idx + 1);
+    std::vector<ILPNonZero*>& entries = m_lines[idx].entries;
+    entries.reserve(entries.size() + extra);
+}
+
 void LPMatrixColumns::Reindex(Line& line) {
     line.index.reset();
     if (line.entries.size() < kIndexFrom) return;

@@ -43,6 +43,9 @@ public:
     // The live (not trashed) entry of `eqn` in the column, or null.
     ILPNonZero* Find(const Line& line, const ILPEquation* eqn) const;
     void Append(Line& line, ILPNonZero* nz);
+    // Makes room for `extra` more entries in the line of index idx (>= 0),
+    // so that a batch of known size is appended without regrowth.
+    void Reserve(size_t idx, size_t extra);
     // Removes nz from its column; false when it is not there.
     bool Erase(ILPNonZero* nz);
     // Drops nz from its column's row index (it was trashed).

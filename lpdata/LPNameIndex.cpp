@@ -116,18 +116,39 @@ void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& key
     }
 }
 
-void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys) {
+void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys, size_t room) {
     size_t capacity = 16;
-    while (capacity < 2 * (positions + 1)) capacity *= 2;
+    while (capacity < 2 * (std::max(positions, room) + 1)) capacity *= 2;
     m_slots.assign(capacity, 0);
     m_used = 0;
     m_shadowed = 0;
     for (size_t p = 0; p < positions; ++p) Place(p, HashOf(keys[p]), keys);
 }
 
-void LPNameIndex::Insert(size_t pos, const std::vector<Key>& keys) {
-    if (pos >= 0xffffffffu)
+void LPNameIndex::CheckRoom(size_t positions) {
+    if (positions > 0xffffffffu)
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Too many names to index", "LPNameIndex::Insert");
+}
+
+void LPNameIndex::InsertRange(size_t from, const std::vector<Key>& keys) {
+    const size_t to = keys.size();
+    if (from >= to) return;
+    CheckRoom(to);
+    if (2 * (m_used + (to - from) + 1) > m_slots.size()) Grow(from, keys, m_used + (to - from));
+    // Hashing walks the names in order; placing touches random slots, so
+    // each slot is requested a few entries before it is needed.
+    std::vector<uint64_t> hashes(to - from);
+    for (size_t p = from; p < to; ++p) hashes[p - from] = HashOf(keys[p]);
+    constexpr size_t kAhead = 8;
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = 0; i < hashes.size(); ++i) {
+        if (i + kAhead < hashes.size()) __builtin_prefetch(&m_slots[hashes[i + kAhead] & mask], 1);
+        Place(from + i, hashes[i], keys);
+    }
+}
+
+void LPNameIndex::Insert(size_t pos, const std::vector<Key>& keys) {
+    CheckRoom(pos + 1);
     if (2 * (m_used + 1) > m_slots.size()) Grow(pos, keys);
     Place(pos, HashOf(keys[pos]), keys);
 }
@@ -147,6 +168,12 @@ void LPNameIndex::Rebuild(std::vector<Key>& keys) {
     }
     m_liveBytes = live;
     Grow(keys.size(), keys);
+}
+
+void LPNameIndex::Reserve(size_t positions, size_t nameBytes, const std::vector<Key>& keys) {
+    if (m_arena.size() + nameBytes <= std::numeric_limits<uint32_t>::max())
+        m_arena.reserve(m_arena.size() + nameBytes);
+    if (2 * (positions + 1) > m_slots.size()) Grow(keys.size(), keys, positions);
 }
 
 void LPNameIndex::Clear() {

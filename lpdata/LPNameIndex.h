@@ -31,6 +31,11 @@ public:
     // Indexes position `pos` under `key` unless an earlier position already
     // holds that name. `keys` are the keys of all positions, `pos` included.
     void Insert(size_t pos, const std::vector<Key>& keys);
+    // Insert for every position from `from` to the end of `keys`, with the
+    // table's memory fetched ahead of use.
+    void InsertRange(size_t from, const std::vector<Key>& keys);
+    // Throws unless `positions` positions can be indexed.
+    static void CheckRoom(size_t positions);
     // Position of the first entity added under `name`, or npos.
     size_t Find(const char* name, const std::vector<Key>& keys) const;
     // Forgets position `pos`, whose key `gone` the owner has just taken out
@@ -42,13 +47,18 @@ public:
     // the arena space of names no longer in `keys`; keys are updated in place.
     void Rebuild(std::vector<Key>& keys);
     void Clear();
+    // Makes room for `positions` indexed positions in all and `nameBytes`
+    // more bytes of names, so that adding that many costs no regrowth.
+    void Reserve(size_t positions, size_t nameBytes, const std::vector<Key>& keys);
     // True when most of the arena holds names of removed entities.
     bool Wasteful() const { return m_arena.size() > 2 * m_liveBytes + 4096; }
 
 private:
     static uint64_t Hash(const char* s, size_t n);
     bool Equals(const Key& key, const char* s, size_t n) const;
-    void Grow(size_t positions, const std::vector<Key>& keys);
+    // Re-indexes positions [0, positions) into a table with room for at
+    // least `room` positions.
+    void Grow(size_t positions, const std::vector<Key>& keys, size_t room = 0);
     // Indexes pos unless its name is already indexed; false when it was.
     bool Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
     uint64_t HashOf(const Key& key) const { return Hash(m_arena.data() + key.offset, key.length); }

@@ -4,6 +4,30 @@
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ZEMTypes.h"
 
+std::atomic<uint64_t> LPNonZero::s_changes{0};
+
+LPNonZero::LPNonZero(const LPNonZero& other)
+    : ILPNonZero(other), m_index(other.m_index), m_modelIndex(other.m_modelIndex),
+      m_equation(other.m_equation), m_variable(other.m_variable),
+      m_coefficient(other.m_coefficient), m_partial(other.m_partial),
+      m_nonlinear(other.m_nonlinear), m_diffed(other.m_diffed) {
+    Changed();
+}
+
+LPNonZero& LPNonZero::operator=(const LPNonZero& other) {
+    ILPNonZero::operator=(other);
+    m_index = other.m_index;
+    m_modelIndex = other.m_modelIndex;
+    m_equation = other.m_equation;
+    m_variable = other.m_variable;
+    m_coefficient = other.m_coefficient;
+    m_partial = other.m_partial;
+    m_nonlinear = other.m_nonlinear;
+    m_diffed = other.m_diffed;
+    Changed();
+    return *this;
+}
+
 int LPNonZero::GetEquationIdx() const { return m_equation ? m_equation->GetIndex() : 0; }
 
 int LPNonZero::GetVariableIdx() const { return m_variable ? m_variable->GetIndex() : 0; }

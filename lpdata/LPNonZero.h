@@ -1,14 +1,24 @@
 // The concrete matrix entry. Its row and column numbers are read through the
 // equation and variable it points to.
+//
+// Every write of a coefficient, an equation or a variable pointer (setters,
+// copy, assignment) advances one process-wide change counter, so that copies
+// of the matrix's content (the evaluation snapshot) can tell cheaply whether
+// any entry anywhere changed since they were taken. The library is
+// single-threaded: the counter is atomic only so that reading it is never a
+// data race, and it is advanced with a plain load and store.
 #pragma once
+
+#include <atomic>
+#include <cstdint>
 
 #include "lpdata/ILPNonZero.h"
 
 class LPNonZero : public ILPNonZero {
 public:
     LPNonZero() = default;
-    LPNonZero(const LPNonZero& other) = default;
-    LPNonZero& operator=(const LPNonZero& other) = default;
+    LPNonZero(const LPNonZero& other);
+    LPNonZero& operator=(const LPNonZero& other);
     ~LPNonZero() override = default;
 
     void Destroy() override { delete this; }
@@ -17,11 +27,20 @@ public:
     void GetCoordinates(int& row, int& col) const override;
     int GetEquationIdx() const override;
     int GetVariableIdx() const override;
-    void SetEquationPtr(ILPEquation* eqn) override { m_equation = eqn; }
+    void SetEquationPtr(ILPEquation* eqn) override {
+        m_equation = eqn;
+        Changed();
+    }
     ILPEquation* GetEquationPtr() const override { return m_equation; }
-    void SetVariablePtr(ILPVariable* var) override { m_variable = var; }
+    void SetVariablePtr(ILPVariable* var) override {
+        m_variable = var;
+        Changed();
+    }
     ILPVariable* GetVariablePtr() const override { return m_variable; }
-    void SetCoefficient(double v) override { m_coefficient = v; }
+    void SetCoefficient(double v) override {
+        m_coefficient = v;
+        Changed();
+    }
     double GetCoefficient() const override { return m_coefficient; }
     void SetPartialDeriv(double v) override { m_partial = v; }
     void AddPartialDeriv(double v) override { m_partial += v; }
@@ -36,7 +55,15 @@ public:
     bool BeenDiffed() const override { return m_diffed; }
     void SetDiffed(bool diffed) override { m_diffed = diffed; }
 
+    // Number of entry writes so far in this process.
+    static uint64_t ChangeCount() { return s_changes.load(std::memory_order_relaxed); }
+
 private:
+    static void Changed() {
+        s_changes.store(s_changes.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+    }
+    static std::atomic<uint64_t> s_changes;
+
     int32_t m_index = 0;
     int32_t m_modelIndex = 0;
     ILPEquation* m_equation = nullptr;

@@ -2,8 +2,15 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace lprec {
+
+size_t ReserveHint(std::istream* is, int n) {
+    if (n <= 0) return 0;
+    const bool sized = zembin::remaining(is) != std::numeric_limits<uint64_t>::max();
+    return static_cast<size_t>(sized ? n : std::min(n, 1 << 16));
+}
 
 namespace {
 constexpr size_t kChunkBytes = 1 << 16;
@@ -54,6 +61,10 @@ void RecordWriter::Flush() {
 
 bool ReadBlock(std::istream* is, uint64_t n, std::vector<unsigned char>& out) {
     out.clear();
+    // Sized once when the stream is known to hold the block; otherwise the
+    // buffer grows only as data actually arrives.
+    const uint64_t left = zembin::remaining(is);
+    if (n <= left && left != std::numeric_limits<uint64_t>::max()) out.reserve(static_cast<size_t>(n));
     while (out.size() < n) {
         const size_t step = static_cast<size_t>(std::min<uint64_t>(n - out.size(), kChunkBytes * 16));
         const size_t at = out.size();

@@ -22,6 +22,10 @@
 
 namespace lprec {
 
+// How many of n records, already known to fit in the stream, to reserve
+// room for: all n when the stream's size is known, else a bounded start.
+size_t ReserveHint(std::istream* is, int n);
+
 // Longest name kept in a name block or a fixed name field.
 constexpr size_t kNameChars = 60;
 

@@ -236,7 +236,9 @@ void LPVariableList::ReadRecords(int n, ILPVariable*** out, std::istream* is, si
         [recordSize](ILPVariable* v, const unsigned char* rec) {
             DecodeVariable(v, rec, recordSize);
         },
-        [this](ILPVariable* v) { AddVariableObject(v); });
+        [this](const std::vector<ILPVariable*>& batch, size_t nameBytes) {
+            m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
+        });
     if (out != nullptr)
         *out = table;
     else

@@ -77,6 +77,8 @@ public:
 
     // Changes whenever existing variables were renumbered or removed.
     uint64_t RenumberEpoch() const { return m_store.Epoch(); }
+    // The variables in list order (position = index - 1).
+    const std::vector<ILPVariable*>& Items() const { return m_store.Items(); }
 
 protected:
     void ResetVariableCollection() override;

@@ -35,6 +35,7 @@ NonLinearModel::NonLinearModel(ILPVariableList* vars, ILPEquationList* eqns)
                   "Unable to create the NonLinearity factory", "NonLinearModel::NonLinearModel");
     factory->IAddRef();
     m_factory = factory;
+    m_matrixImpl = matrix.get();
     m_matrix = matrix.release();
     m_blocks = blocks.release();
 }

@@ -66,8 +66,10 @@
 #include <vector>
 
 #include "nlpdata/INonLinearModel.h"
+#include "nlpdata/NLLinearSnapshot.h"
 
 class LPEquationList;
+class LPMatrix;
 class LPVariableList;
 
 class NonLinearModel : public INonLinearModel {
@@ -264,17 +266,14 @@ private:
     // row found on the first entry (left as is when the row has none).
     double LinearRowSum(int row, ILPEquation** eqn);
     double TermsSum(const std::vector<INonLinearity*>& terms);
-    // Walks the matrix by row and calls done(row, linear sum) once for each
-    // row that has entries. Values are read from a copy of the variables'
-    // values taken in list order at the start (see PrepareValues).
+    // Walks the rows in matrix row order and calls done(row, linear sum) once
+    // for each row that has entries, through the row-ordered snapshot when it
+    // can stand in for the matrix.
     template <typename RowDone>
     void LinearRowSums(RowDone done);
-    // Copies the variables' values in list order into m_values and keeps the
-    // per-position walk cache when the variable list was not renumbered.
-    // False when the list offers no renumbering epoch (no copy is used then).
-    bool PrepareValues();
-    double CachedValue(size_t pos, ILPVariable* var);
-    double CacheMiss(size_t pos, ILPVariable* var);
+    // Starts a pass that marks the rows it visits in m_rowSeen; returns the
+    // size of the row map.
+    size_t StartRowPass();
     void ThrowIfUsed(ILPVariable* var, const char* place);
     bool InPool(INonLinearity* term) const;
 
@@ -317,15 +316,12 @@ private:
     // Rows already visited in the current EvaluateModel pass.
     std::vector<uint32_t> m_rowSeen;
     uint32_t m_evalEpoch = 0;
-    // Evaluation copy of the variables' values (position = index - 1), and
-    // for each position of the matrix's by-row walk the variable met there
-    // and its value position, so that a walk touches no variable object
-    // unless the matrix changed there.
+    // Evaluation copy of the variables' values (position = index - 1) and
+    // the row-ordered copy of the matrix's coefficients.
     const LPVariableList* m_varImpl;
-    uint64_t m_valuesEpoch = 0;
+    LPMatrix* m_matrixImpl = nullptr;
     std::vector<double> m_values;
-    std::vector<ILPVariable*> m_walkVar;
-    std::vector<int32_t> m_walkPos;
+    NLLinearSnapshot m_snapshot;
 
     std::string m_modelDir;
     std::string m_hqclLogName;

@@ -50,70 +50,41 @@ void NonLinearModel::JacobianRow(int row) {
         if (t->Active()) t->TermJacobian();
 }
 
-bool NonLinearModel::PrepareValues() {
-    if (!m_varImpl) return false;
-    const uint64_t epoch = m_varImpl->RenumberEpoch();
-    const size_t n = static_cast<size_t>(m_vars->NumberOfVariables());
-    if (epoch != m_valuesEpoch || n < m_values.size()) {
-        // Positions may now hold other variables: forget what the walk saw.
-        std::fill(m_walkVar.begin(), m_walkVar.end(), nullptr);
-        m_valuesEpoch = epoch;
-    }
-    m_values.resize(n);
-    size_t i = 0;
-    for (ILPVariable* v = m_vars->FrstVariableObject(); v && i < n; v = m_vars->NextVariableObject())
-        m_values[i++] = v->GetVarValue();
-    const size_t nz = static_cast<size_t>(m_matrix->NumberOfNonZeros());
-    if (m_walkVar.size() < nz) {
-        m_walkVar.resize(nz, nullptr);
-        m_walkPos.resize(nz, -1);
-    }
-    return true;
-}
-
-inline double NonLinearModel::CachedValue(size_t pos, ILPVariable* var) {
-    if (pos < m_walkVar.size()) {
-        if (m_walkVar[pos] == var) return m_values[static_cast<size_t>(m_walkPos[pos])];
-        return CacheMiss(pos, var);
-    }
-    return var->GetVarValue();
-}
-
-double NonLinearModel::CacheMiss(size_t pos, ILPVariable* var) {
-    const int at = var->GetIndex() - 1;
-    if (at < 0 || static_cast<size_t>(at) >= m_values.size()) return var->GetVarValue();
-    m_walkVar[pos] = var;
-    m_walkPos[pos] = at;
-    return m_values[static_cast<size_t>(at)];
-}
-
 template <typename RowDone>
 void NonLinearModel::LinearRowSums(RowDone done) {
-    const bool cached = PrepareValues();
-    size_t pos = 0;
+    if (m_matrixImpl && m_snapshot.Refresh(m_matrixImpl, m_varImpl, m_eqnImpl)) {
+        const std::vector<ILPVariable*>& vars = m_varImpl->Items();
+        m_values.resize(vars.size());
+        for (size_t i = 0; i < vars.size(); ++i) m_values[i] = vars[i]->GetVarValue();
+        m_snapshot.RowSums(m_values.data(), done);
+        return;
+    }
+    // Lists or entries of other implementations: walk the matrix itself.
     ILPNonZero* nz = m_matrix->FrstNonZeroObjectByRow();
     while (nz) {
         ILPEquation* eqn = nz->GetEquationPtr();
         double sum = 0.0;
         do {
-            if (ILPVariable* v = nz->GetVariablePtr())
-                sum += nz->GetCoefficient() * (cached ? CachedValue(pos, v) : v->GetVarValue());
-            ++pos;
+            if (ILPVariable* v = nz->GetVariablePtr()) sum += nz->GetCoefficient() * v->GetVarValue();
             nz = m_matrix->NextNonZeroObjectByRow();
         } while (nz && nz->GetEquationPtr() == eqn);
         if (eqn) done(eqn, sum);
     }
 }
 
-bool NonLinearModel::EvaluateModel() {
-    if (!PreEvaluateModel()) return false;
+size_t NonLinearModel::StartRowPass() {
     EnsureRowMap();
     if (++m_evalEpoch == 0) {
         std::fill(m_rowSeen.begin(), m_rowSeen.end(), 0u);
         m_evalEpoch = 1;
     }
     if (m_rowSeen.size() < m_rowMap.size()) m_rowSeen.resize(m_rowMap.size(), 0u);
-    const size_t mapped = m_rowMap.size();
+    return m_rowMap.size();
+}
+
+bool NonLinearModel::EvaluateModel() {
+    if (!PreEvaluateModel()) return false;
+    const size_t mapped = StartRowPass();
     LinearRowSums([&](ILPEquation* eqn, double sum) {
         const int r = eqn->GetIndex();
         if (r >= 1 && static_cast<size_t>(r) < mapped) {
@@ -135,11 +106,15 @@ bool NonLinearModel::EvaluateModel() {
 }
 
 bool NonLinearModel::EvaluateLinearEqns() {
-    LinearRowSums([](ILPEquation* eqn, double sum) { eqn->SetEqnValue(sum); });
-    EnsureRowMap();
+    const size_t mapped = StartRowPass();
+    LinearRowSums([&](ILPEquation* eqn, double sum) {
+        eqn->SetEqnValue(sum);
+        const int r = eqn->GetIndex();
+        if (r >= 1 && static_cast<size_t>(r) < mapped) m_rowSeen[r] = m_evalEpoch;
+    });
     // Rows made of terms only have no linear part.
-    for (size_t r = 1; r < m_rowMap.size(); ++r)
-        if (!m_rowMap[r].empty() && !m_matrix->RowFrstNonZeroObject(static_cast<int>(r)))
+    for (size_t r = 1; r < mapped; ++r)
+        if (!m_rowMap[r].empty() && m_rowSeen[r] != m_evalEpoch)
             m_rowMap[r].front()->GetEquationPtr()->SetEqnValue(0.0);
     return true;
 }

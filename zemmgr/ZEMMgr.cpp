@@ -233,11 +233,19 @@ void ZEMMgr::ProcessFullCollection() {
     RemoveEmptyEquations();
 }
 
+// The rows go as one batch through the trash (their terms, entries and the
+// rows themselves, each container compacting and renumbering once), so the
+// cost is linear in the model whatever the number of empty rows. Anything
+// already waiting in the nonlinear model's, the matrix's or the equation
+// list's trash is emptied with them; trashed variables stay in theirs.
 void ZEMMgr::RemoveEmptyEquations() {
     std::vector<ILPEquation*> empty;
     for (ILPEquation* e = m_eqns->FrstEquationObject(); e; e = m_eqns->NextEquationObject())
         if (e->GetNumberNZ() == 0) empty.push_back(e);
-    for (ILPEquation* e : empty) RemoveEquation(e);
+    if (empty.empty()) return;
+    for (ILPEquation* e : empty) TrashEquation(e);
+    m_nonlinear->EmptyAllTrash();
+    m_eqns->EmptyTrash();
 }
 
 void ZEMMgr::ReIndexConnectionEqn() {

@@ -333,6 +333,40 @@ TEST(ListRecords, ShortNameBlockAddsOnlyTheNamedEntities) {
     delete[] table;
 }
 
+// Entities read in one batch are found by name exactly as if they had been
+// added one by one: the first of a name wins, names already in the list
+// keep their entity, and removing that entity uncovers the next one.
+TEST(ListRecords, ReadNamesAreIndexedLikeSingleInsertions) {
+    LPVariableList src;
+    for (int i = 0; i < 5000; ++i) {
+        ILPVariable* v = nullptr;
+        src.CreateNewVariableObject(&v);
+        v->SetName(("N" + std::to_string(i % 4000)).c_str());
+        src.AddVariableObject(v);
+    }
+    ASSERT_EQ(src.NumberOfVariables(), 5000);
+    std::ostringstream os;
+    src.StreamWrite4(&os);
+    LPVariableList dst;
+    ILPVariable* old = dst.InsertVariable("N7");
+    std::istringstream is(os.str());
+    ILPVariable** table = nullptr;
+    dst.StreamRead4(5000, &table, &is);
+    ASSERT_EQ(dst.NumberOfVariables(), 5001);
+    EXPECT_EQ(dst.VarNameLookup("N7"), old);
+    for (int i = 0; i < 4000; i += 37) {
+        if (i == 7) continue;
+        EXPECT_EQ(dst.VarNameLookup(("N" + std::to_string(i)).c_str()), table[i]) << i;
+    }
+    EXPECT_EQ(table[4001]->GetIndex(), 4003);
+    dst.RemoveVariable(old);
+    EXPECT_EQ(dst.VarNameLookup("N7"), table[7]);
+    dst.RemoveVariable(table[7]);
+    EXPECT_EQ(dst.VarNameLookup("N7"), table[4007]);
+    EXPECT_EQ(dst.VarNameLookup("N4000"), nullptr);
+    delete[] table;
+}
+
 TEST(ListRecords, SafeAppendRefusesOldVariableFormats) {
     LPVariableList dst;
     std::istringstream is("");
@@ -474,6 +508,76 @@ TEST(ModelRecords, DamagedNonzeroStreams) {
     EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
     read(record(1, 1) + record(1, 1), 2);  // duplicate records are stored as read
     EXPECT_EQ(m.matrix.NumberOfNonZeros(), 2);
+}
+
+namespace {
+std::string NonzeroRecord(int32_t v, int32_t e, double c) {
+    unsigned char rec[16] = {};
+    zembin::put32(rec, v);
+    zembin::put32(rec + 4, e);
+    zembin::putF64(rec + 8, c);
+    return std::string(reinterpret_cast<char*>(rec), 16);
+}
+}  // namespace
+
+// The whole section is checked before any entry joins the matrix.
+TEST(ModelRecords, BadNonzeroRecordAfterGoodOnesAddsNothing) {
+    Model m;
+    ILPVariable* vars[] = {m.vars.InsertVariable("X"), nullptr};
+    ILPEquation* eqns[] = {m.eqns.InsertEquation("R"), nullptr};
+    const std::string bytes = NonzeroRecord(1, 1, 1.0) + NonzeroRecord(1, 1, 2.0) + NonzeroRecord(1, 9, 3.0);
+    std::istringstream is(bytes);
+    ExpectError([&] { m.matrix.StreamRead(3, nullptr, vars, eqns, &is); }, "LPStdDataMgr Error",
+                "Error during read of NonZero List from binary file", "LPMatrix::StreamRead");
+    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
+    EXPECT_EQ(m.matrix.NonZerosInColumn(1), 0);
+    // The same count on a stream that cannot tell its size fails the same way.
+    NoSeekBuf buf(bytes);
+    std::istream unsized(&buf);
+    ExpectError([&] { m.matrix.StreamRead(INT_MAX, nullptr, vars, eqns, &unsized); },
+                "LPStdDataMgr Error", "Error during read of NonZero List from binary file",
+                "LPMatrix::StreamRead");
+    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
+}
+
+// Records read into columns that already hold entries (an append) go after
+// them, in record order, and are found by position and by row.
+TEST(ModelRecords, NonzerosReadIntoExistingColumnsFollowTheirEntries) {
+    Model m;
+    ILPVariable* x = m.vars.InsertVariable("X");
+    ILPVariable* y = m.vars.InsertVariable("Y");
+    ILPEquation* r1 = m.eqns.InsertEquation("R1");
+    ILPEquation* r2 = m.eqns.InsertEquation("R2");
+    ILPEquation* r3 = m.eqns.InsertEquation("R3");
+    AddEntry(m, r1, x, 1.0);
+    AddEntry(m, r2, x, 2.0);
+    // Tables in file order: Y first, so table positions differ from indices.
+    ILPVariable* vars[] = {y, x, nullptr};
+    ILPEquation* eqns[] = {r3, r1, nullptr};
+    std::string bytes;
+    for (int i = 0; i < 20; ++i) bytes += NonzeroRecord(2, 1, 10.0 + i);  // X in R3, long column
+    bytes += NonzeroRecord(1, 2, 5.0);                                 // Y in R1
+    std::istringstream is(bytes);
+    ILPNonZero** table = nullptr;
+    m.matrix.StreamRead(21, &table, vars, eqns, &is);
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table[21], nullptr);
+    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 23);
+    EXPECT_EQ(m.matrix.NonZerosInColumn(x->GetIndex()), 22);
+    std::vector<double> column;
+    for (ILPNonZero* nz = m.matrix.ColFrstNonZeroObject(x->GetIndex()); nz; nz = m.matrix.ColNextNonZeroObject())
+        column.push_back(nz->GetCoefficient());
+    ASSERT_EQ(column.size(), 22u);
+    EXPECT_EQ(column[0], 1.0);
+    EXPECT_EQ(column[1], 2.0);
+    EXPECT_EQ(column[21], 29.0);
+    EXPECT_EQ(m.matrix.ExistIncidence(r1->GetIndex(), y->GetIndex()), table[20]);
+    EXPECT_EQ(table[20]->GetIndex(), 23);
+    EXPECT_EQ(m.matrix.ExistIncidence(r2->GetIndex(), x->GetIndex())->GetCoefficient(), 2.0);
+    // A later duplicate through the model is summed into the first R3 entry.
+    AddEntry(m, r3, x, 0.5);
+    EXPECT_EQ(table[0]->GetCoefficient(), 10.5);
+    delete[] table;
 }
 
 TEST(ModelRecords, DamagedSetStreams) {
