@@ -339,7 +339,7 @@ void ZEMMgr::NextNamedVarCollection(ILPVariableCollection** out) {
 
 // ---- saving and restoring ----------------------------------------------
 
-void ZEMMgr::WriteFrame(std::ostream* os) {
+ZEMModelContent ZEMMgr::FileContent() {
     ZEMModelContent content;
     content.vars = m_vars;
     content.eqns = m_eqns;
@@ -347,28 +347,26 @@ void ZEMMgr::WriteFrame(std::ostream* os) {
     content.sets = m_sets;
     content.nonlinear = m_nonlinear;
     content.options = m_options;
+    return content;
+}
+
+ZEMModelState ZEMMgr::FileState() const {
     ZEMModelState state;
     state.title = m_title;
     state.matrixIncludesObjective = m_matrixIncludesObjective;
     state.valuesInitialized = m_valuesInitialized;
     state.hybrid = m_hybrid;
+    return state;
+}
+
+void ZEMMgr::WriteFrame(std::ostream* os) {
     const std::vector<ILPVariableCollection*> cols(m_collections.begin(), m_collections.end());
-    ZEMModelFile::Write(os, m_fileVersion, state, content, cols);
+    ZEMModelFile::Write(os, m_fileVersion, FileState(), FileContent(), cols);
 }
 
 void ZEMMgr::ReadFrame(std::istream* is, bool append) {
-    ZEMModelContent content;
-    content.vars = m_vars;
-    content.eqns = m_eqns;
-    content.matrix = Matrix();
-    content.sets = m_sets;
-    content.nonlinear = m_nonlinear;
-    content.options = m_options;
-    ZEMModelState state;
-    state.title = m_title;
-    state.matrixIncludesObjective = m_matrixIncludesObjective;
-    state.valuesInitialized = m_valuesInitialized;
-    state.hybrid = m_hybrid;
+    const ZEMModelContent content = FileContent();
+    ZEMModelState state = FileState();
     ZEMCollectionSink sink;
     sink.make = []() -> ILPVariableCollection* { return new LPVariableCollection(); };
     sink.add = [this](ILPVariableCollection* col) { return AddNamedVarCollection(col); };

@@ -36,6 +36,7 @@
 #include <string>
 
 #include "zemmgr/IZEMMgr.h"
+#include "zemmgr/ZEMModelFile.h"
 
 class ZEMOptionTable;
 class ZEMModelBuilder;
@@ -167,6 +168,9 @@ protected:
 private:
     void ReadFrame(std::istream* is, bool append);
     void WriteFrame(std::ostream* os);
+    // The parts and scalar state of this model as the model file sees them.
+    ZEMModelContent FileContent();
+    ZEMModelState FileState() const;
     ILPMatrix* Matrix();
     // Display helpers (ZEMMgrDisplay.cpp).
     void WriteAlgebraic(std::ostream& os, bool xlr);
