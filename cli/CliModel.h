@@ -22,6 +22,9 @@ public:
     // The model as a model manager, made on first request (replacing a
     // standard data manager that holds nothing yet).
     IZEMMgr* Zem();
+    // The model manager if the model is one, else null (a linear model read
+    // as a standard data manager has no terms, collections or options).
+    IZEMMgr* ZemIfAny() const { return m_zem; }
 
 private:
     ILPStdDataMgr* m_data = nullptr;

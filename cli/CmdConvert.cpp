@@ -1,5 +1,5 @@
 // zem convert: reads a model and writes it in the format of the output
-// file's extension.
+// file's extension (extended MPS, model file, GAMS input or summary).
 #include "cli/CliModel.h"
 #include "cli/Commands.h"
 #include "cli/Formats.h"
@@ -30,7 +30,14 @@ Command ConvertCommand() {
     return {"convert", "write a model in another format",
             "FILE OUTPUT [--format NAME]",
             "Reads FILE and writes the model to OUTPUT in the format of OUTPUT's\n"
-            "extension (.xmps: the extended MPS dialect, which holds the linear and the\n"
-            "nonlinear model, bounds, initial values, groups and options).",
+            "extension:\n"
+            "  .xmps  the extended MPS dialect, which holds the linear and the nonlinear\n"
+            "         model, bounds, initial values, groups and options\n"
+            "  .zem   the model file, the whole model in binary; zem reads it back\n"
+            "  .gms   the model as GAMS model input\n"
+            "  .txt   a summary: the model's heading with its dimensions and options,\n"
+            "         the algebraic listing and the full display\n"
+            "Any other extension is a usage error. An output file that cannot be\n"
+            "written is reported as the library's file error.",
             InputOptions({}), runConvert};
 }

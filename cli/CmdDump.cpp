@@ -2,6 +2,7 @@
 #include "cli/CliModel.h"
 #include "cli/Commands.h"
 #include "cli/Json.h"
+#include "cli/ModelParts.h"
 #include "lpdata/ILPEquation.h"
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
@@ -9,7 +10,9 @@
 #include "lpdata/ILPSpOrdSet.h"
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableCollection.h"
 #include "lpdata/ILPVariableList.h"
+#include "nlpdata/INonLinearity.h"
 
 namespace {
 
@@ -99,6 +102,73 @@ void dumpSets(JsonWriter& json, ILPSpOrdSetList* sets) {
     json.EndArray();
 }
 
+void dumpTerms(JsonWriter& json, IZEMMgr* zem) {
+    json.BeginArray();
+    ForEachTerm(zem, [&json](INonLinearity* t) {
+        json.BeginObject();
+        json.Key("keyword");
+        const char* id = t->GetNonLinearityID();
+        json.String(id != nullptr ? id : "");
+        json.Key("equation");
+        json.String(t->GetEquationPtr() != nullptr ? t->GetEquationPtr()->GetName() : "");
+        json.Key("variables");
+        json.BeginArray();
+        for (ILPVariable* v = t->FrstVar(); v != nullptr; v = t->NextVar()) json.String(v->GetName());
+        json.EndArray();
+        json.Key("constants");
+        json.BeginArray();
+        for (INLConstant* c = t->FrstNLConst(); c != nullptr; c = t->NextNLConst()) {
+            json.Number(c->GetValue());
+        }
+        json.EndArray();
+        json.EndObject();
+    });
+    json.EndArray();
+}
+
+void dumpCollections(JsonWriter& json, IZEMMgr* zem) {
+    json.BeginArray();
+    ForEachCollection(zem, [&json](ILPVariableCollection* c) {
+        json.BeginObject();
+        json.Key("name");
+        json.String(c->Name() != nullptr ? c->Name() : "");
+        json.Key("direction");
+        json.Integer(c->GetDirection());
+        json.Key("variables");
+        json.BeginArray();
+        for (ILPVariable* v = c->FrstVariableObject(); v != nullptr; v = c->NextVariableObject()) {
+            json.String(v->GetName());
+        }
+        json.EndArray();
+        json.EndObject();
+    });
+    json.EndArray();
+}
+
+// An absent value is written as null.
+void optionalString(JsonWriter& json, const std::optional<std::string>& text) {
+    if (text) {
+        json.String(*text);
+    } else {
+        json.Null();
+    }
+}
+
+void dumpOptions(JsonWriter& json, IZEMMgr* zem) {
+    json.BeginArray();
+    for (const OptionEntry& o : ListOptions(zem)) {
+        json.BeginObject();
+        json.Key("name");
+        json.String(o.name);
+        json.Key("value");
+        optionalString(json, o.value);
+        json.Key("second");
+        optionalString(json, o.second);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
 int runDump(const ParsedArgs& args, std::ostream& out) {
     CliModel model;
     LoadInput(args, model);
@@ -126,6 +196,12 @@ int runDump(const ParsedArgs& args, std::ostream& out) {
     dumpNonzeros(json, matrix);
     json.Key("sets");
     dumpSets(json, sets);
+    json.Key("terms");
+    dumpTerms(json, model.ZemIfAny());
+    json.Key("collections");
+    dumpCollections(json, model.ZemIfAny());
+    json.Key("options");
+    dumpOptions(json, model.ZemIfAny());
     json.EndObject();
     json.Finish();
     return 0;
@@ -142,7 +218,13 @@ Command DumpCommand() {
             "  equations  in list order: name, type, rhs, range, rhs_lower, rhs_upper, scale\n"
             "  nonzeros   in matrix insertion order: equation, variable (names), coefficient\n"
             "  sets       name, type, variables (names)\n"
-            "Types and statuses are the numeric codes. Numbers read back to the same\n"
-            "double; infinite or NaN values are written as null.",
+            "  terms      nonlinear terms in pool order: keyword, equation (name),\n"
+            "             variables (names, in argument order), constants (in order)\n"
+            "  collections  named variable collections: name, direction (1 input,\n"
+            "             -1 output), variables (names)\n"
+            "  options    by name: name, value, second (a column without a value: null)\n"
+            "A standard MPS file has no terms, collections or options: those arrays are\n"
+            "empty. Types and statuses are the numeric codes. Numbers read back to the\n"
+            "same double; infinite or NaN values are written as null.",
             InputOptions({}), runDump};
 }

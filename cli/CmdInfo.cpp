@@ -6,6 +6,7 @@
 #include "cli/CliModel.h"
 #include "cli/Commands.h"
 #include "cli/Json.h"
+#include "cli/ModelParts.h"
 #include "lpdata/ILPEquation.h"
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
@@ -23,6 +24,7 @@ struct ModelSummary {
     int equations = 0;
     int nonzeros = 0;
     int sets = 0;
+    NonlinearCounts nonlinear;
     // Counts by type word, in type-code order.
     std::map<int16_t, int> variableTypes;
     std::map<int16_t, int> equationTypes;
@@ -98,7 +100,8 @@ void jsonCounts(JsonWriter& json, const std::map<int16_t, int>& counts, WordOf w
 int runInfo(const ParsedArgs& args, std::ostream& out) {
     CliModel model;
     LoadInput(args, model);
-    const ModelSummary s = summarize(model.Data());
+    ModelSummary s = summarize(model.Data());
+    s.nonlinear = CountNonlinear(model.ZemIfAny());
     if (args.Has("--json")) {
         JsonWriter json(out, true);
         json.BeginObject();
@@ -112,6 +115,10 @@ int runInfo(const ParsedArgs& args, std::ostream& out) {
         json.Integer(s.nonzeros);
         json.Key("sets");
         json.Integer(s.sets);
+        json.Key("nonlinear_terms");
+        json.Integer(s.nonlinear.terms);
+        json.Key("nonlinear_equations");
+        json.Integer(s.nonlinear.equations);
         json.Key("variable_types");
         jsonCounts(json, s.variableTypes, ZEMVarTypeWord);
         json.Key("equation_types");
@@ -130,6 +137,9 @@ int runInfo(const ParsedArgs& args, std::ostream& out) {
     printCounts(out, s.equationTypes, ZEMEqnTypeWord);
     std::snprintf(line, sizeof line, "Nonzeros:   %d\nSets:       %d\n", s.nonzeros, s.sets);
     out << line;
+    std::snprintf(line, sizeof line, "Nonlinear:  %d terms in %d equations\n", s.nonlinear.terms,
+                  s.nonlinear.equations);
+    out << line;
     out.flush();
     return 0;
 }
@@ -137,12 +147,13 @@ int runInfo(const ParsedArgs& args, std::ostream& out) {
 }  // namespace
 
 Command InfoCommand() {
-    return {"info", "summary: title, variables and equations by type, nonzeros, sets",
+    return {"info", "summary: title, variables and equations by type, nonzeros, sets, terms",
             "FILE [--json] [--format NAME]",
             "Prints the model's title, its numbers of variables by type, of equations by\n"
-            "type, of nonzeros and of special ordered sets. With --json, one object with\n"
-            "the keys title, variables, equations, nonzeros, sets, variable_types and\n"
-            "equation_types (the last two map type words such as \"Continuous\" or \"EQ\"\n"
-            "to counts).",
+            "type, of nonzeros, of special ordered sets, of nonlinear terms and of the\n"
+            "equations that hold them (0 for a standard MPS file). With --json, one\n"
+            "object with the keys title, variables, equations, nonzeros, sets,\n"
+            "nonlinear_terms, nonlinear_equations, variable_types and equation_types (the\n"
+            "last two map type words such as \"Continuous\" or \"EQ\" to counts).",
             InputOptions({{"--json", nullptr, "print one JSON object"}}), runInfo};
 }

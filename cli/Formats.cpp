@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <fstream>
 #include <memory>
+#include <sstream>
 
 #include "cli/Args.h"
 #include "cli/CliModel.h"
@@ -54,6 +56,48 @@ void saveXmps(const std::string& path, CliModel& model) {
     makeXmpsManager(model.Zem(), path)->WriteMPSFile();
 }
 
+// The model file: a whole model, linear and nonlinear, in the manager's own
+// binary image.
+void loadZem(const std::string& path, CliModel& model) {
+    if (!model.Zem()->RestoreFromFile(path.c_str())) {
+        throw ZEM_ExcpFileError(eFileNotFound, "", path.c_str(), "ZEMMgr::RestoreFromFile", "zem");
+    }
+}
+
+void saveZem(const std::string& path, CliModel& model) { model.Zem()->PersistAsFile(path.c_str()); }
+
+// Opens `path` for writing (truncating it) or throws the library's file error.
+std::ofstream openOutput(const std::string& path) {
+    std::ofstream out(path, std::ios::out | std::ios::trunc);
+    if (!out.is_open()) {
+        throw ZEM_ExcpFileError(eFileCreateForWrite, "", path.c_str(), "zem convert", "zem");
+    }
+    return out;
+}
+
+void closeOutput(std::ofstream& out, const std::string& path) {
+    out.close();
+    if (out.fail()) throw ZEM_ExcpFileError(eFileWriteError, "", path.c_str(), "zem convert", "zem");
+}
+
+// GAMS model input. The text is made in memory first, so that a model the
+// writer refuses leaves no half-written file behind.
+void saveGams(const std::string& path, CliModel& model) {
+    std::ostringstream text;
+    model.Zem()->GAMSModelInput(text);
+    std::ofstream out = openOutput(path);
+    out << text.str();
+    closeOutput(out, path);
+}
+
+// The manager's summary: heading, algebraic listing and full display. The
+// manager skips a file it cannot open, so the path is tried here first.
+void saveSummary(const std::string& path, CliModel& model) {
+    std::ofstream probe = openOutput(path);
+    closeOutput(probe, path);
+    model.Zem()->WriteZEMSummary(path.c_str());
+}
+
 std::string lower(std::string s) {
     std::transform(s.begin(), s.end(), s.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -72,6 +116,7 @@ const std::vector<InputFormat>& InputFormats() {
     static const std::vector<InputFormat> formats = {
         {"mps", ".mps", "standard fixed-field MPS", loadStandardMps},
         {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", loadXmps},
+        {"zem", ".zem", "model file: the whole model in binary", loadZem},
     };
     return formats;
 }
@@ -79,6 +124,9 @@ const std::vector<InputFormat>& InputFormats() {
 const std::vector<OutputFormat>& OutputFormats() {
     static const std::vector<OutputFormat> formats = {
         {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", saveXmps},
+        {"zem", ".zem", "model file: the whole model in binary", saveZem},
+        {"gams", ".gms", "GAMS model input", saveGams},
+        {"summary", ".txt", "summary: heading, algebraic listing and display", saveSummary},
     };
     return formats;
 }

@@ -136,13 +136,15 @@ TEST_F(ZemCli, InfoSummarisesTheExampleModel) {
               "  GE                          1\n"
               "  FREE                        1\n"
               "Nonzeros:   23\n"
-              "Sets:       0\n");
+              "Sets:       0\n"
+              "Nonlinear:  0 terms in 0 equations\n");
 
     const Result j = Run("info --json '" + Example() + "'");
     ASSERT_EQ(j.status, 0) << j.err;
     const jsontest::Value v = jsontest::Parse(j.out);
     EXPECT_EQ(v.Keys(), (std::vector<std::string>{"title", "variables", "equations", "nonzeros",
-                                                  "sets", "variable_types", "equation_types"}));
+                                                  "sets", "nonlinear_terms", "nonlinear_equations",
+                                                  "variable_types", "equation_types"}));
     EXPECT_EQ(v["title"].text, "BLEND");
     EXPECT_EQ(v["variables"].number, 4);
     EXPECT_EQ(v["equations"].number, 6);
@@ -160,8 +162,13 @@ TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
     const Result r = Run("dump '" + path + "'");
     ASSERT_EQ(r.status, 0) << r.err;
     const jsontest::Value v = jsontest::Parse(r.out);
-    EXPECT_EQ(v.Keys(),
-              (std::vector<std::string>{"title", "variables", "equations", "nonzeros", "sets"}));
+    EXPECT_EQ(v.Keys(), (std::vector<std::string>{"title", "variables", "equations", "nonzeros",
+                                                  "sets", "terms", "collections", "options"}));
+    // A standard MPS model has none of the model manager's parts.
+    EXPECT_TRUE(v["terms"].items.empty());
+    EXPECT_EQ(v["terms"].kind, jsontest::Value::Array);
+    EXPECT_TRUE(v["collections"].items.empty());
+    EXPECT_TRUE(v["options"].items.empty());
 
     auto model = ReadHere(path);
     std::string title;
