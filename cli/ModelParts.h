@@ -34,7 +34,6 @@ struct OptionEntry {
     std::optional<std::string> second;
 };
 
-// Every option, by name in byte order, both columns merged. The table is
-// read through its persisted form, the one listing it offers.
+// Every option, by name in byte order, both columns merged.
 std::vector<OptionEntry> ListOptions(IZEMOptionTable* table);
 std::vector<OptionEntry> ListOptions(IZEMMgr* zem);

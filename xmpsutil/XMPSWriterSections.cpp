@@ -2,6 +2,7 @@
 // INITIAL, VARGROUPS, XOPTION, COMPLEMENT and EXTERNMDLS.
 #include <map>
 #include <string>
+#include <vector>
 
 #include "lpdata/ILPSpOrdSet.h"
 #include "lpdata/ILPVariable.h"
@@ -14,7 +15,6 @@
 #include "xmpsutil/XMPSWriterLine.h"
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/IZEMOptionTable.h"
-#include "zemmgr/ZEMOptionTable.h"
 
 namespace {
 
@@ -243,22 +243,22 @@ void XMPSWriter::WriteVARGROUPSData() {
 void XMPSWriter::WriteXOPTIONData() {
     IZEMOptionTable* table = nullptr;
     m_zem->GetOptionTableIntf(&table);
-    auto* options = dynamic_cast<ZEMOptionTable*>(table);
-    if (options == nullptr) return;
-    const ZEMOptionTable::Column& first = options->FirstColumn();
-    const ZEMOptionTable::Column& second = options->SecondColumn();
+    if (table == nullptr) return;
+    std::vector<std::string> names;
+    table->OptionNames(names);
     bool header = false;
-    for (const auto& entry : first) {
-        if (!OneToken(entry.first) || !OneToken(entry.second)) continue;
-        const auto other = second.find(entry.first);
-        const bool withSecond = other != second.end() && OneToken(other->second);
+    for (const std::string& name : names) {
+        const char* value = table->GetOptionValue(name.c_str());
+        if (value == nullptr || !OneToken(name) || !OneToken(value)) continue;
+        const char* second = table->GetOptionSecondValue(name.c_str());
+        const bool withSecond = second != nullptr && OneToken(second);
         if (!header) {
             HeaderLine("XOPTION");
             header = true;
         }
         Line line(*this);
-        line.blanks(4).text(entry.first.c_str()).blanks(2).text(entry.second.c_str());
-        if (withSecond) line.blanks(2).text(other->second.c_str());
+        line.blanks(4).text(name.c_str()).blanks(2).text(value);
+        if (withSecond) line.blanks(2).text(second);
         line.put();
     }
 }

@@ -15,6 +15,8 @@
 
 #include <istream>
 #include <ostream>
+#include <string>
+#include <vector>
 
 class IZEMOptionTable {
 public:
@@ -31,4 +33,6 @@ public:
     // Adds the entries read from the stream; a short read throws
     // ZEM_Exception "Error during read of ZEM Option List from binary file".
     virtual void StreamRead(std::istream* is) = 0;
+    // Every option name that has a value in either column, in byte order.
+    virtual void OptionNames(std::vector<std::string>& names) = 0;
 };

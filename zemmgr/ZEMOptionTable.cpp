@@ -112,3 +112,22 @@ void ZEMOptionTable::StreamRead(std::istream* is) {
     ReadColumn(is, m_first);
     ReadColumn(is, m_second);
 }
+
+void ZEMOptionTable::OptionNames(std::vector<std::string>& names) {
+    names.clear();
+    names.reserve(m_first.size() + m_second.size());
+    auto a = m_first.begin();
+    auto b = m_second.begin();
+    // Merge the two ordered key sets.
+    while (a != m_first.end() || b != m_second.end()) {
+        if (b == m_second.end() || (a != m_first.end() && a->first < b->first)) {
+            names.push_back((a++)->first);
+        } else if (a == m_first.end() || b->first < a->first) {
+            names.push_back((b++)->first);
+        } else {
+            names.push_back(a->first);
+            ++a;
+            ++b;
+        }
+    }
+}

@@ -19,6 +19,7 @@ public:
     void Display(std::ostream& os) override;
     void StreamWrite(std::ostream* os) override;
     void StreamRead(std::istream* is) override;
+    void OptionNames(std::vector<std::string>& names) override;
 
     using Column = std::map<std::string, std::string>;
     const Column& FirstColumn() const { return m_first; }

@@ -4,6 +4,7 @@
 
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "lpdata/ZEMException.h"
 
@@ -120,4 +121,17 @@ TEST(ZEMOptionTable, TruncatedOrDamagedInputIsAReadError) {
     expectReadError(std::string("\x02\0\0\0", 4) + std::string("A\0", 2) + std::string(4, '\0'));
     // A length far beyond the stream.
     expectReadError(std::string("\xff\xff\xff\xff", 4) + "abc");
+}
+
+TEST(ZEMOptionTable, OptionNamesMergeBothColumnsInByteOrder) {
+    ZEMOptionTable t;
+    std::vector<std::string> names{"stale"};
+    t.OptionNames(names);
+    EXPECT_TRUE(names.empty());
+    t.SetOption("b", "1", nullptr);
+    t.SetOption("a", nullptr, "2");
+    t.SetOption("c", "3", "4");
+    t.SetOption("B", "5", nullptr);
+    t.OptionNames(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"B", "a", "b", "c"}));
 }
