@@ -4,69 +4,22 @@
 
 #include <cmath>
 #include <cstring>
-#include <string>
-#include <vector>
+#include <functional>
 
 #include "ZEMTestModel.h"
-#include "lpdata/ILPEquation.h"
-#include "lpdata/ILPEquationList.h"
-#include "lpdata/ILPMatrix.h"
-#include "lpdata/ILPNonZero.h"
-#include "lpdata/ILPSpOrdSet.h"
-#include "lpdata/ILPVariable.h"
-#include "lpdata/ILPVariableCollection.h"
-#include "lpdata/ILPVariableList.h"
-#include "lpdata/ZEMException.h"
-#include "nlpdata/INonLinearModel.h"
 #include "zemmgr/IIterationData.h"
 #include "zemmgr/IZEMHierarchy.h"
-#include "zemmgr/IZEMModelBuilder.h"
 #include "zemmgr/IZEMModelExecution.h"
 #include "zemmgr/IZEMModelTransform.h"
 
-namespace {
-
-struct Failure {
-    std::string name, reason, routine;
-};
-
-template <typename F>
-Failure failureOf(F&& f) {
-    try {
-        f();
-    } catch (ZEM_Exception& e) {
-        return {e.Name(), e.Reason(), e.Routine()};
-    }
-    return {"", "", "no exception"};
-}
-
-IZEMModelBuilder* builder(IZEMMgr* m) {
-    IZEMModelBuilder* b = nullptr;
-    m->GetModelBuilderIntf(&b);
-    return b;
-}
-
-}  // namespace
-
-TEST(ZEMModelBuilder, CompanionsAreMadeOnceAndOwned) {
-    ZEMMgrPtr m = NewMgr();
-    IZEMModelBuilder* b1 = builder(m.get());
-    EXPECT_EQ(builder(m.get()), b1);
-    IZEMModelExecution *e1 = nullptr, *e2 = nullptr;
-    m->GetModelExecutionIntf(&e1);
-    m->GetModelExecutionIntf(&e2);
-    EXPECT_EQ(e1, e2);
-    IZEMModelTransform* t = nullptr;
-    IZEMHierarchy* h = nullptr;
-    m->GetModelTransformIntf(&t);
-    m->GetZEMHierarchyIntf(&h);
-    EXPECT_NE(t, nullptr);
-    EXPECT_NE(h, nullptr);
-}
-
 TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
     ZEMMgrPtr m = NewMgr();
-    IZEMModelBuilder* b = builder(m.get());
+    IZEMModelBuilder* b = Builder(m.get());
+    EXPECT_EQ(Builder(m.get()), b);  // companions are made once
+    IZEMModelExecution *x1 = nullptr, *x2 = nullptr;
+    m->GetModelExecutionIntf(&x1);
+    m->GetModelExecutionIntf(&x2);
+    EXPECT_EQ(x1, x2);
     ILPVariable *v1 = nullptr, *v2 = nullptr;
     b->MakeAddReturnVariable("V", &v1);
     b->MakeAddReturnVariable("V", &v2);
@@ -98,7 +51,7 @@ TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
 
 TEST(ZEMModelBuilder, TermsAndSets) {
     ZEMMgrPtr m = NewMgr();
-    IZEMModelBuilder* b = builder(m.get());
+    IZEMModelBuilder* b = Builder(m.get());
     ILPVariable *x, *y;
     ILPEquation* r;
     b->MakeAddReturnVariableNew("X", 0, 10, 2.0, 1, &x);
@@ -142,55 +95,54 @@ TEST(ZEMModelBuilder, TermsAndSets) {
 
 TEST(ZEMModelBuilder, FailureTexts) {
     ZEMMgrPtr m = NewMgr();
-    IZEMModelBuilder* b = builder(m.get());
+    IZEMModelBuilder* b = Builder(m.get());
     ILPVariable* x = nullptr;
     b->MakeAddReturnVariableNew("X", 0, 1, 0, 1, &x);
     ILPVariable* args[] = {x};
     const double c[] = {1.0};
     INonLinearity* t = nullptr;
 
-    Failure f = failureOf([&] { b->MakeNonLinearityByName("NOSUCH", nullptr, &t); });
-    EXPECT_EQ(f.name, "ZEMModelBuilder Error");
-    EXPECT_EQ(f.reason, "MakeNonLinearityByName - Could not resolve nonlinearity by name");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityByName");
-
-    // A maker without a row cannot make its term.
-    f = failureOf([&] { b->MakeNonLinearityLog(nullptr, 1, args, 1, c, &t); });
-    EXPECT_EQ(f.name, "ZEMModelBuilder Error");
-    EXPECT_EQ(f.reason, "MakeNonLinearityLog - Unable to create new Nonlinearity object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityLog");
-    // The two power makers report the exponential maker's function.
-    f = failureOf([&] { b->MakeNonLinearityPow(nullptr, 1, args, 1, c, &t); });
-    EXPECT_EQ(f.reason, "MakeNonLinearityPow - Unable to create new Nonlinearity object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityExp");
-    f = failureOf([&] { b->MakeNonLinearityXPow(nullptr, 1, args, 1, c, &t); });
-    EXPECT_EQ(f.reason, "MakeNonLinearityXPow - Unable to create new Nonlinearity object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityExp");
-    f = failureOf([&] { b->MakeNonLinearityEVAPGDOT(nullptr, 1, args, 1, c, &t); });
-    EXPECT_EQ(f.reason, "MakeNonLinearityEVAPGDOT - Unable to create new Nonlinearity object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityEVAPGDOT");
-    // The user-equation maker reports the correlation maker's texts.
-    f = failureOf([&] { b->MakeNonLinearityFastNLE("USEREQ:U", "", "", nullptr, 1, args, 1, c, &t); });
-    EXPECT_EQ(f.reason, "MakeNonLinearityFastQCL - Unable to create new Nonlinearity object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeNonLinearityFastQCL");
-
-    f = failureOf([&] { b->MakeAddLinearNonZeroNew(nullptr, x, 1.0); });
-    EXPECT_EQ(f.name, "ZEMModelBuilder Error");
-    EXPECT_EQ(f.reason, "MakeAddLinearNonZeroNew - Unable to create new NonZero object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeAddLinearNonZeroNew");
-
-    f = failureOf([&] { b->MakeSpecialOrderedSet("S", 1, -1, nullptr, nullptr); });
-    EXPECT_EQ(f.reason, "MakeSpecialOrderedSet - Unable to create new Special Ordered Set object");
-    EXPECT_EQ(f.routine, "ZEMModelBuilder::MakeSpecialOrderedSet");
-
+    // Reason and routine of each refusal. A maker without a row cannot make
+    // its term; the two power makers report the exponential maker's
+    // function, the user-equation maker the correlation maker's texts.
+    const char* kNoTerm = " - Unable to create new Nonlinearity object";
+    const struct {
+        std::function<void()> call;
+        std::string reason, routine;
+    } cases[] = {
+        {[&] { b->MakeNonLinearityByName("NOSUCH", nullptr, &t); },
+         "MakeNonLinearityByName - Could not resolve nonlinearity by name",
+         "MakeNonLinearityByName"},
+        {[&] { b->MakeNonLinearityLog(nullptr, 1, args, 1, c, &t); },
+         std::string("MakeNonLinearityLog") + kNoTerm, "MakeNonLinearityLog"},
+        {[&] { b->MakeNonLinearityPow(nullptr, 1, args, 1, c, &t); },
+         std::string("MakeNonLinearityPow") + kNoTerm, "MakeNonLinearityExp"},
+        {[&] { b->MakeNonLinearityXPow(nullptr, 1, args, 1, c, &t); },
+         std::string("MakeNonLinearityXPow") + kNoTerm, "MakeNonLinearityExp"},
+        {[&] { b->MakeNonLinearityEVAPGDOT(nullptr, 1, args, 1, c, &t); },
+         std::string("MakeNonLinearityEVAPGDOT") + kNoTerm, "MakeNonLinearityEVAPGDOT"},
+        {[&] { b->MakeNonLinearityFastNLE("USEREQ:U", "", "", nullptr, 1, args, 1, c, &t); },
+         std::string("MakeNonLinearityFastQCL") + kNoTerm, "MakeNonLinearityFastQCL"},
+        {[&] { b->MakeAddLinearNonZeroNew(nullptr, x, 1.0); },
+         "MakeAddLinearNonZeroNew - Unable to create new NonZero object",
+         "MakeAddLinearNonZeroNew"},
+        {[&] { b->MakeSpecialOrderedSet("S", 1, -1, nullptr, nullptr); },
+         "MakeSpecialOrderedSet - Unable to create new Special Ordered Set object",
+         "MakeSpecialOrderedSet"},
+    };
+    for (const auto& k : cases) {
+        const Failure f = FailureOf(k.call);
+        EXPECT_EQ(f.name, "ZEMModelBuilder Error") << k.reason;
+        EXPECT_EQ(f.reason, k.reason);
+        EXPECT_EQ(f.routine, "ZEMModelBuilder::" + k.routine);
+    }
     INonLinearModel* nl = nullptr;
     m->GetNonLinearModelIntf(&nl);
     EXPECT_EQ(nl->NumberOfNonLinearities(), 0);  // nothing half-made was kept
 }
 
 TEST(ZEMModelExecution, EvaluatesByNameAndReportsUnknownNames) {
-    ZEMMgrPtr m = NewMgr();
-    BuildRichModel(m.get());
+    ZEMMgrPtr m = RichMgr();
     IZEMModelExecution* ex = nullptr;
     m->GetModelExecutionIntf(&ex);
     // E1 = 3 X1 + 2 X1 X2 + 4 with X1 = 0.5, X2 = 1.5.
@@ -199,7 +151,7 @@ TEST(ZEMModelExecution, EvaluatesByNameAndReportsUnknownNames) {
     EXPECT_DOUBLE_EQ(ex->EquationResidual("E1"), 3.0);
     EXPECT_EQ(ex->EvaluateAllEquations(), 5);
     for (const char* op : {"EvaluateEquation", "GetRowValue"}) {
-        Failure f = failureOf([&] {
+        Failure f = FailureOf([&] {
             if (std::string(op) == "GetRowValue")
                 ex->GetRowValue("NOPE");
             else
@@ -212,43 +164,34 @@ TEST(ZEMModelExecution, EvaluatesByNameAndReportsUnknownNames) {
 }
 
 TEST(ZEMModelTransform, FixScaleProjectDropRanges) {
-    ZEMMgrPtr m = NewMgr();
-    BuildRichModel(m.get());
+    ZEMMgrPtr m = RichMgr();
     IZEMModelTransform* tr = nullptr;
     m->GetModelTransformIntf(&tr);
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* mx = nullptr;
-    m->GetVariableCollectionIntf(&vars);
-    m->GetEquationCollectionIntf(&eqns);
-    m->GetMatrixIntf(&mx);
 
     EXPECT_TRUE(tr->FixVariable("X4", 2.5));
-    EXPECT_EQ(vars->VarNameLookup("X4")->GetBoundLower(), 2.5);
-    EXPECT_EQ(vars->VarNameLookup("X4")->GetVarStatus(), 3);
+    EXPECT_EQ(Var(m.get(), "X4")->GetBoundLower(), 2.5);
+    EXPECT_EQ(Var(m.get(), "X4")->GetVarStatus(), 3);
     EXPECT_FALSE(tr->FixVariable("NOPE", 1.0));
 
     // F1 is linear: 0.5 X5 + 6 X2.
-    ILPEquation* f1 = eqns->EqnNameLookup("F1");
     EXPECT_TRUE(tr->ScaleEquation("F1", -2.0));
-    EXPECT_EQ(mx->ExistIncidence(f1->GetIndex(), 2)->GetCoefficient(), -12.0);
-    EXPECT_EQ(f1->GetEqnScale(), 5.0 * -2.0);
+    EXPECT_EQ(Entry(m.get(), "F1", "X2")->GetCoefficient(), -12.0);
+    EXPECT_EQ(Eqn(m.get(), "F1")->GetEqnScale(), 5.0 * -2.0);
     // L1 (<=, range 2) is nonlinear: refused; G1 too.
     EXPECT_FALSE(tr->ScaleEquation("L1", 2.0));
     EXPECT_FALSE(tr->ScaleEquation("OBJ", 0.0));
 
-    vars->VarNameLookup("X1")->SetVarValue(99.0);
+    Var(m.get(), "X1")->SetVarValue(99.0);
     EXPECT_EQ(tr->ProjectValuesOntoBounds(), 1);
-    EXPECT_EQ(vars->VarNameLookup("X1")->GetVarValue(), 10.0);
+    EXPECT_EQ(Var(m.get(), "X1")->GetVarValue(), 10.0);
     EXPECT_EQ(tr->DropRanges(), 2);
-    EXPECT_EQ(eqns->EqnNameLookup("G1")->GetRHSUp(), 1.0);
+    EXPECT_EQ(Eqn(m.get(), "G1")->GetRHSUp(), 1.0);
 }
 
 TEST(ZEMHierarchy, UnitsFromNames) {
     ZEMMgrPtr m = NewMgr();
     BuildRichModel(m.get(), "U1.");
-    ZEMMgrPtr other = NewMgr();
-    BuildRichModel(other.get());
+    ZEMMgrPtr other = RichMgr();
     m->AppendFromZEM(other.get(), "U2.", nullptr);
     IZEMHierarchy* h = nullptr;
     m->GetZEMHierarchyIntf(&h);
@@ -272,22 +215,19 @@ TEST(ZEMIterationData, SnapshotAndRefresh) {
     EXPECT_EQ(empty->NumberOfEqnRecords(), 0);
     empty->Destroy();
 
-    ZEMMgrPtr m = NewMgr();
-    BuildRichModel(m.get());
+    ZEMMgrPtr m = RichMgr();
     IIterationData* it = nullptr;
     IZEMIterationDataCreateInstanceFromZEM(&it, m.get());
     ASSERT_NE(it, nullptr);
     ASSERT_EQ(it->NumberOfVarRecords(), 5);
     ASSERT_EQ(it->NumberOfEqnRecords(), 5);
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
     tVarIterDataStruct expected{};
-    vars->VarNameLookup("X3")->PopulateVarIterStruct(expected);
+    Var(m.get(), "X3")->PopulateVarIterStruct(expected);
     EXPECT_EQ(std::memcmp(&it->ArrayVarDataStruct()[2], &expected, sizeof expected), 0);
 
     std::vector<tVarIterDataStruct> before(it->ArrayVarDataStruct(),
                                            it->ArrayVarDataStruct() + 5);
-    vars->VarNameLookup("X2")->SetVarValue(42.0);
+    Var(m.get(), "X2")->SetVarValue(42.0);
     it->UpdateVarandEqnArrays(m.get());
     for (int k = 0; k < 5; ++k) {
         const bool same = std::memcmp(&before[k], &it->ArrayVarDataStruct()[k],
@@ -301,11 +241,8 @@ TEST(ZEMIterationData, SnapshotAndRefresh) {
 }
 
 TEST(ZEMModelBuilder, EditsOfWhatWasBuilt) {
-    ZEMMgrPtr m = NewMgr();
-    BuildRichModel(m.get());
-    IZEMModelBuilder* b = builder(m.get());
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
+    ZEMMgrPtr m = RichMgr();
+    IZEMModelBuilder* b = Builder(m.get());
     INonLinearModel* nl = nullptr;
     m->GetNonLinearModelIntf(&nl);
 
@@ -313,21 +250,19 @@ TEST(ZEMModelBuilder, EditsOfWhatWasBuilt) {
     b->FindSpecialOrderedSet("S1", &s);
     ASSERT_NE(s, nullptr);
     EXPECT_EQ(b->AddSpecialOrderedSetVariableByName(s, "X5"), 3);
-    EXPECT_EQ(b->AddSpecialOrderedSetVariable(s, vars->VarNameLookup("X5")), 3);
+    EXPECT_EQ(b->AddSpecialOrderedSetVariable(s, Var(m.get(), "X5")), 3);
     EXPECT_EQ(b->AddSpecialOrderedSetVariableByName(s, "NOPE"), -1);
 
-    b->AddSoftBounds(vars->VarNameLookup("X4"), -50.0, 50.0);
-    EXPECT_EQ(vars->VarNameLookup("X4")->GetRelaxedBoundUpper(), 50.0);
+    b->AddSoftBounds(Var(m.get(), "X4"), -50.0, 50.0);
+    EXPECT_EQ(Var(m.get(), "X4")->GetRelaxedBoundUpper(), 50.0);
 
     // A term made by name and filled through the builder.
-    ILPEquationList* eqns = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
     INonLinearity* t = nullptr;
-    b->MakeNonLinearityByName("XPROD", eqns->EqnNameLookup("F1"), &t);
+    b->MakeNonLinearityByName("XPROD", Eqn(m.get(), "F1"), &t);
     EXPECT_EQ(b->AddNonLinearityValue(t, 2.0), 1);
     EXPECT_EQ(b->AddNonLinearityVariableByName(t, "X4"), 1);
     EXPECT_EQ(b->AddNonLinearityVariableByName(t, "NOPE"), -1);
-    EXPECT_EQ(b->AddNonLinearityVariable(t, vars->VarNameLookup("X4")), 2);
+    EXPECT_EQ(b->AddNonLinearityVariable(t, Var(m.get(), "X4")), 2);
     const int before = nl->NumberOfNonLinearities();
     b->AddNonLinearity(t);
     EXPECT_EQ(nl->NumberOfNonLinearities(), before + 1);
@@ -339,6 +274,6 @@ TEST(ZEMModelBuilder, EditsOfWhatWasBuilt) {
     EXPECT_TRUE(b->EliminateVariableByName("X4"));
     EXPECT_FALSE(b->EliminateVariableByName("X4"));
     EXPECT_TRUE(b->EliminateEquationByName("F1"));
-    EXPECT_EQ(eqns->EqnNameLookup("F1"), nullptr);
-    EXPECT_THROW(b->EliminateVariable(vars->VarNameLookup("X1")), ZEM_Exception);
+    EXPECT_EQ(Eqn(m.get(), "F1"), nullptr);
+    EXPECT_THROW(b->EliminateVariable(Var(m.get(), "X1")), ZEM_Exception);
 }

@@ -4,36 +4,20 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
-#include <string>
 
 #include "ZEMTestModel.h"
-#include "lpdata/ILPVariableList.h"
-#include "lpdata/ILPVariable.h"
-#include "lpdata/ZEMException.h"
-#include "zemmgr/IZEMModelBuilder.h"
-#include "zemmgr/IZEMOptionTable.h"
 
 namespace {
 
-bool has(const std::string& text, const std::string& piece) {
-    return text.find(piece) != std::string::npos;
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path);
-    std::ostringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
+void expectPieces(const std::string& text, std::initializer_list<const char*> pieces) {
+    for (const char* p : pieces) EXPECT_TRUE(Has(text, p)) << "missing: " << p << "\nin:\n" << text;
 }
 
 // Row "R": X - 2 Y + 3 X*Y >= 1 with range 4; X in [0, 5], Y fixed at 2.
 ZEMMgrPtr smallModel() {
     ZEMMgrPtr m = NewMgr();
     m->SetModelTitle("small");
-    IZEMModelBuilder* b = nullptr;
-    m->GetModelBuilderIntf(&b);
+    IZEMModelBuilder* b = Builder(m.get());
     ILPVariable *x, *y;
     ILPEquation *r, *obj;
     b->MakeAddReturnVariableNew("X", 0.0, 5.0, 1.0, 1, &x);
@@ -74,24 +58,23 @@ TEST(ZEMMgrDisplay, AlgebraicForms) {
     ZEMMgrPtr m = smallModel();
     std::ostringstream os;
     m->AlgebraicDisplay(os);
-    const std::string text = os.str();
-    EXPECT_TRUE(has(text, " A L G E B R A I C   D I S P L A Y   O F   N O N L I N E A R   M O D E L\n"));
     // Row R: limits [1, 5], linear entries with 4 significant digits.
-    EXPECT_TRUE(has(text, "  1.0000e+00 <=             R <=  5.0000e+00    NONLINEAR ("));
-    EXPECT_TRUE(has(text, "+ 1.000*X - 2.000*y ")) << text;
-    EXPECT_TRUE(has(text, "\nV A R I A B L E   S U M M A R Y\n"));
-    EXPECT_TRUE(has(text, "  0.0000e+00 <=             X <=  5.0000e+00  ( 1.0000e+00)  BASIC\n"));
-    EXPECT_TRUE(has(text, "\nN A M E D   V A R I A B L E   C O L L E C T I O N   S U M M A R Y\n"));
-    EXPECT_TRUE(has(text, "Number of External Blocks = 0\n"));
-    EXPECT_FALSE(has(text, "Total Number"));
+    expectPieces(os.str(),
+                 {" A L G E B R A I C   D I S P L A Y   O F   N O N L I N E A R   M O D E L\n",
+                  "  1.0000e+00 <=             R <=  5.0000e+00    NONLINEAR (",
+                  "+ 1.000*X - 2.000*y ", "\nV A R I A B L E   S U M M A R Y\n",
+                  "  0.0000e+00 <=             X <=  5.0000e+00  ( 1.0000e+00)  BASIC\n",
+                  "\nN A M E D   V A R I A B L E   C O L L E C T I O N   S U M M A R Y\n",
+                  "Number of External Blocks = 0\n"});
+    EXPECT_FALSE(Has(os.str(), "Total Number"));
 
     std::ostringstream xlr;
     m->AlgebraicDisplayXLR(xlr);
-    const std::string x = xlr.str();
-    EXPECT_TRUE(has(x, "     Total Number of Variables  =       2  (      0 integer   ) "));
-    EXPECT_TRUE(has(x, "     Total Number of Equations  =       2  (      1 nonlinear ) "));
-    EXPECT_TRUE(has(x, "     Total Number of Non-zeroes =       3  (      2 nonlinear ) "));
-    EXPECT_TRUE(has(x, "+ 1.00000*X - 2.00000*y ")) << x;
+    expectPieces(xlr.str(),
+                 {"     Total Number of Variables  =       2  (      0 integer   ) ",
+                  "     Total Number of Equations  =       2  (      1 nonlinear ) ",
+                  "     Total Number of Non-zeroes =       3  (      2 nonlinear ) ",
+                  "+ 1.00000*X - 2.00000*y "});
 }
 
 TEST(ZEMMgrDisplay, HybridListingNeedsVariableAndHybridModel) {
@@ -103,60 +86,49 @@ TEST(ZEMMgrDisplay, HybridListingNeedsVariableAndHybridModel) {
     std::ostringstream hybrid;
     m->AlgebraicDisplay(hybrid);
     ::unsetenv("SHOW_HYBRID_MODEL");
-    EXPECT_FALSE(has(plain.str(), "HybridFn("));
-    EXPECT_TRUE(has(hybrid.str(), "XPROD .H.   HybridFn(X, y) ")) << hybrid.str();
+    EXPECT_FALSE(Has(plain.str(), "HybridFn("));
+    EXPECT_TRUE(Has(hybrid.str(), "XPROD .H.   HybridFn(X, y) ")) << hybrid.str();
 }
 
-TEST(ZEMMgrDisplay, NonLinearMatrixShowsCoefficientAndSlope) {
+TEST(ZEMMgrDisplay, NonLinearMatrixAndByColumn) {
     ZEMMgrPtr m = smallModel();
     m->SetupModelLinearization();
     std::ostringstream os;
     m->NonLinearMatrixDisplay(os);
-    const std::string text = os.str();
-    EXPECT_TRUE(has(text, "\nD I S P L A Y   O F   N O N L I N E A R   M O D E L   M A T R I X\n"));
     // X: coefficient 1, slope 1 + 3*2 = 7; y: -2 and -2 + 3*1 = 1.
-    EXPECT_TRUE(has(text, "+ (1.000|7.000)*X - (2.000|1.000)*y ")) << text;
-    EXPECT_TRUE(has(text, "      1 <=             R <=      5    NONLINEAR")) << text;
-}
-
-TEST(ZEMMgrDisplay, ByColumnHeading) {
-    ZEMMgrPtr m = smallModel();
-    std::ostringstream os;
-    m->DisplayByColumn(os);
-    EXPECT_TRUE(has(os.str(), "\nD I S P L A Y   O F   M A T R I X   B Y   C O L U M N\n"));
-    std::ostringstream full;
+    expectPieces(os.str(),
+                 {"\nD I S P L A Y   O F   N O N L I N E A R   M O D E L   M A T R I X\n",
+                  "+ (1.000|7.000)*X - (2.000|1.000)*y ",
+                  "      1 <=             R <=      5    NONLINEAR"});
+    std::ostringstream col, full;
+    m->DisplayByColumn(col);
+    EXPECT_TRUE(Has(col.str(), "\nD I S P L A Y   O F   M A T R I X   B Y   C O L U M N\n"));
     m->Display(full);
-    EXPECT_TRUE(has(full.str(), "D I S P L A Y   O F   Z E M   D A T A   O B J E C T"));
+    EXPECT_TRUE(Has(full.str(), "D I S P L A Y   O F   Z E M   D A T A   O B J E C T"));
 }
 
 TEST(ZEMMgrDisplay, GamsSource) {
     ZEMMgrPtr m = smallModel();
     std::ostringstream os;
     m->GAMSModelInput(os);
-    const std::string g = os.str();
-    EXPECT_EQ(g.rfind("$OFFSYMLIST\n$OFFSYMXREF\n$EOLCOM # \n\n", 0), 0u);
-    EXPECT_TRUE(has(g, " POSITIVE VARIABLE  X ;\n"));
-    EXPECT_TRUE(has(g, " VARIABLE           y_y0 ;\n"));  // screened lower-case name
-    EXPECT_TRUE(has(g, "FREE VARIABLE COST_OBJ ;\n"));
-    EXPECT_TRUE(has(g, "  X.UP =  5.000000e+00 ;\n"));
-    EXPECT_TRUE(has(g, "  y_y0.FX =  2.000000e+00 ;\n"));
-    EXPECT_TRUE(has(g, "  X.L =  1.000000e+00 ;\n"));
-    EXPECT_TRUE(has(g, "EQUATIONS\n"));
-    EXPECT_TRUE(has(g, "* Expanded Range Rows\n\n  R_LE\n  R_GE\n"));
-    EXPECT_TRUE(has(g, "R_LE .. \n   + 1 * X\n   - 2 * y_y0\n   + 3 * X * y_y0 =L= 5 ;\n")) << g;
-    EXPECT_TRUE(has(g, "R_GE .. ")) << g;
-    EXPECT_TRUE(has(g, "COST .. COST_OBJ =E= \n   + 1 * X ;\n")) << g;
-    EXPECT_TRUE(has(g, "MODEL small_s0m1a2l3l4 /ALL/;\nOPTION ITERLIM = 10000; \n"
-                       "OPTION NLP = CONOPT3; \nsmall_s0m1a2l3l4.RESLIM = 10000; \n"
-                       "small_s0m1a2l3l4.WORKSPACE = 100; \n"
-                       "SOLVE small_s0m1a2l3l4 MAXIMIZING COST_OBJ USING NLP;\n"))
-        << g;
+    EXPECT_EQ(os.str().rfind("$OFFSYMLIST\n$OFFSYMXREF\n$EOLCOM # \n\n", 0), 0u);
+    expectPieces(os.str(),
+                 {" POSITIVE VARIABLE  X ;\n",
+                  " VARIABLE           y_y0 ;\n",  // screened lower-case name
+                  "FREE VARIABLE COST_OBJ ;\n", "  X.UP =  5.000000e+00 ;\n",
+                  "  y_y0.FX =  2.000000e+00 ;\n", "  X.L =  1.000000e+00 ;\n", "EQUATIONS\n",
+                  "* Expanded Range Rows\n\n  R_LE\n  R_GE\n",
+                  "R_LE .. \n   + 1 * X\n   - 2 * y_y0\n   + 3 * X * y_y0 =L= 5 ;\n", "R_GE .. ",
+                  "COST .. COST_OBJ =E= \n   + 1 * X ;\n",
+                  "MODEL small_s0m1a2l3l4 /ALL/;\nOPTION ITERLIM = 10000; \n"
+                  "OPTION NLP = CONOPT3; \nsmall_s0m1a2l3l4.RESLIM = 10000; \n"
+                  "small_s0m1a2l3l4.WORKSPACE = 100; \n"
+                  "SOLVE small_s0m1a2l3l4 MAXIMIZING COST_OBJ USING NLP;\n"});
 }
 
 TEST(ZEMMgrDisplay, GamsRangeExpansionClash) {
     ZEMMgrPtr m = smallModel();
-    IZEMModelBuilder* b = nullptr;
-    m->GetModelBuilderIntf(&b);
+    IZEMModelBuilder* b = Builder(m.get());
     b->MakeAddEquationNew("R_LE", 3, 1.0, 0.0);
     m->InsertMatrixEntry("R_LE", "X", 1.0, nullptr);
     std::ostringstream os;
@@ -173,7 +145,7 @@ TEST(ZEMMgrDisplay, SummaryFile) {
     ZEMMgrPtr m = smallModel();
     const std::string path = std::string(ZEM_BINARY_DIR) + "/zemmgr_summary.txt";
     m->WriteZEMSummary(path.c_str());
-    const std::string text = readFile(path);
+    const std::string text = ReadFile(path);
     const size_t heading = text.find("D I S P L A Y   O F   Z E M   D A T A   O B J E C T");
     const size_t algebraic = text.find("A L G E B R A I C   D I S P L A Y");
     ASSERT_NE(heading, std::string::npos);
@@ -187,14 +159,12 @@ TEST(ZEMMgrDisplay, SummaryFile) {
 
 TEST(ZEMMgrDisplay, PenaltyFile) {
     ZEMMgrPtr m = smallModel();
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
-    vars->VarNameLookup("X")->SetRelaxedBoundUpper(6.0);
+    Var(m.get(), "X")->SetRelaxedBoundUpper(6.0);
     const std::string path = std::string(ZEM_BINARY_DIR) + "/zemmgr_penalty.dat";
     EXPECT_EQ(m->WritePenaltyFile(path.c_str()), 0);
-    const std::string text = readFile(path);
-    EXPECT_TRUE(has(text, "\n1\nX  ")) << text;
-    EXPECT_TRUE(has(text, " 6.000000e+00\n")) << text;
+    const std::string text = ReadFile(path);
+    EXPECT_TRUE(Has(text, "\n1\nX  ")) << text;
+    EXPECT_TRUE(Has(text, " 6.000000e+00\n")) << text;
     std::remove(path.c_str());
     try {
         m->WritePenaltyFile((std::string(ZEM_BINARY_DIR) + "/no_dir/p.dat").c_str());

@@ -1,21 +1,6 @@
 #include "ZEMTestModel.h"
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <vector>
-
-#include "lpdata/ILPEquation.h"
-#include "lpdata/ILPEquationList.h"
-#include "lpdata/ILPMatrix.h"
-#include "lpdata/ILPNonZero.h"
-#include "lpdata/ILPSpOrdSet.h"
-#include "lpdata/ILPVariable.h"
-#include "lpdata/ILPVariableCollection.h"
-#include "lpdata/ILPVariableList.h"
-#include "nlpdata/INonLinearModel.h"
-#include "zemmgr/IZEMModelBuilder.h"
-#include "zemmgr/IZEMOptionTable.h"
+#include <fstream>
 
 ZEMMgrPtr NewMgr() {
     IZEMMgr* m = nullptr;
@@ -25,8 +10,7 @@ ZEMMgrPtr NewMgr() {
 }
 
 void BuildRichModel(IZEMMgr* mgr, const std::string& p) {
-    IZEMModelBuilder* b = nullptr;
-    mgr->GetModelBuilderIntf(&b);
+    IZEMModelBuilder* b = Builder(mgr);
     mgr->SetModelTitle("RICHMODEL");
 
     ILPVariable* x[5] = {};
@@ -115,16 +99,59 @@ void BuildRichModel(IZEMMgr* mgr, const std::string& p) {
 
 namespace {
 
-std::vector<std::string> memberNames(ILPVariableCollection* c) {
+// Every persisted field of every variable, equation and nonzero, one line
+// each, so that a difference shows which object and which field.
+std::vector<std::string> fields(IZEMMgr* m) {
     std::vector<std::string> out;
-    for (ILPVariable* v = c->FrstVariableObject(); v; v = c->NextVariableObject())
-        out.push_back(v->GetName());
+    auto line = [&](const std::string& head, std::initializer_list<double> values) {
+        std::ostringstream os;
+        os.precision(17);
+        os << head;
+        for (double v : values) os << " " << v;
+        out.push_back(os.str());
+    };
+    ILPVariableList* vl;
+    m->GetVariableCollectionIntf(&vl);
+    for (ILPVariable* x = vl->FrstVariableObject(); x; x = vl->NextVariableObject())
+        line(std::string("var ") + x->GetName(),
+             {double(x->GetIndex()), x->GetVarValue(), x->GetBoundLower(), x->GetBoundUpper(),
+              x->GetBaseValue(), x->GetPersistentValue(), x->GetTempBoundLower(),
+              x->GetStepBound(), x->GetSampleBoundLower(), x->GetSampleBoundUpper(),
+              double(x->GetVarType()), double(x->GetVarStatus()), double(x->GetNonlinear()),
+              x->GetVarShadowPrice(), double(x->GetNumberNZ())});
+    ILPEquationList* el;
+    m->GetEquationCollectionIntf(&el);
+    for (ILPEquation* x = el->FrstEquationObject(); x; x = el->NextEquationObject())
+        line(std::string("eqn ") + x->GetName(),
+             {double(x->GetIndex()), double(x->GetType()), x->GetRHS(), x->GetRange(),
+              x->GetRHSLo(), x->GetRHSUp(), x->GetEqnValue(), x->GetBaseValue(),
+              x->GetShadowPrice(), x->GetEqnScale(), double(x->GetNonlinear()),
+              double(x->GetNumberNZ())});
+    ILPMatrix* mx;
+    m->GetMatrixIntf(&mx);
+    for (ILPNonZero* x = mx->FrstNonZeroObject(); x; x = mx->NextNonZeroObject())
+        line("nz", {double(x->GetEquationIdx()), double(x->GetVariableIdx()),
+                    x->GetCoefficient(), double(x->GetNonlinear())});
     return out;
 }
 
-std::vector<std::string> setNames(ILPSpOrdSet* s) {
+// Sets (name, type, members) and named collections (name, direction, type,
+// members), in order.
+std::vector<std::string> setsAndCollections(IZEMMgr* m) {
     std::vector<std::string> out;
-    for (ILPVariable* v = s->FrstSetVar(); v; v = s->NextSetVar()) out.push_back(v->GetName());
+    ILPSpOrdSetList* sl;
+    m->GetSpOrdSetCollectionIntf(&sl);
+    for (ILPSpOrdSet* s = sl->FrstSpOrdSetObject(); s; s = sl->NextSpOrdSetObject()) {
+        out.push_back(std::string("set ") + s->GetName() + "/" + std::to_string(s->GetType()));
+        for (ILPVariable* v = s->FrstSetVar(); v; v = s->NextSetVar()) out.push_back(v->GetName());
+    }
+    ILPVariableCollection* c = nullptr;
+    for (m->FrstNamedVarCollection(&c); c; m->NextNamedVarCollection(&c)) {
+        out.push_back(std::string(c->Name()) + "/" + std::to_string(c->GetDirection()) + "/" +
+                      std::to_string(c->GetType()));
+        for (ILPVariable* v = c->FrstVariableObject(); v; v = c->NextVariableObject())
+            out.push_back(v->GetName());
+    }
     return out;
 }
 
@@ -164,80 +191,11 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool compareTitleAndFlags) {
         EXPECT_EQ(a->GetValuesInitialized(), b->GetValuesInitialized());
         EXPECT_EQ(a->IsHybridModel(), b->IsHybridModel());
     }
-    int na, ma, nza, nb, mb, nzb;
-    a->ModelDimension(na, ma, nza);
-    b->ModelDimension(nb, mb, nzb);
-    ASSERT_EQ(na, nb);
-    ASSERT_EQ(ma, mb);
-    ASSERT_EQ(nza, nzb);
-
-    ILPVariableList *va, *vb;
-    a->GetVariableCollectionIntf(&va);
-    b->GetVariableCollectionIntf(&vb);
-    for (ILPVariable *x = va->FrstVariableObject(), *y = vb->FrstVariableObject(); x && y;
-         x = va->NextVariableObject(), y = vb->NextVariableObject()) {
-        SCOPED_TRACE(x->GetName());
-        EXPECT_STREQ(x->GetName(), y->GetName());
-        EXPECT_EQ(x->GetIndex(), y->GetIndex());
-        EXPECT_EQ(x->GetVarValue(), y->GetVarValue());
-        EXPECT_EQ(x->GetBoundLower(), y->GetBoundLower());
-        EXPECT_EQ(x->GetBoundUpper(), y->GetBoundUpper());
-        EXPECT_EQ(x->GetBaseValue(), y->GetBaseValue());
-        EXPECT_EQ(x->GetPersistentValue(), y->GetPersistentValue());
-        EXPECT_EQ(x->GetTempBoundLower(), y->GetTempBoundLower());
-        EXPECT_EQ(x->GetStepBound(), y->GetStepBound());
-        EXPECT_EQ(x->GetSampleBoundLower(), y->GetSampleBoundLower());
-        EXPECT_EQ(x->GetSampleBoundUpper(), y->GetSampleBoundUpper());
-        EXPECT_EQ(x->GetVarType(), y->GetVarType());
-        EXPECT_EQ(x->GetVarStatus(), y->GetVarStatus());
-        EXPECT_EQ(x->GetNonlinear(), y->GetNonlinear());
-        EXPECT_EQ(x->GetVarShadowPrice(), y->GetVarShadowPrice());
-        EXPECT_EQ(x->GetNumberNZ(), y->GetNumberNZ());
-    }
-    ILPEquationList *ea, *eb;
-    a->GetEquationCollectionIntf(&ea);
-    b->GetEquationCollectionIntf(&eb);
-    for (ILPEquation *x = ea->FrstEquationObject(), *y = eb->FrstEquationObject(); x && y;
-         x = ea->NextEquationObject(), y = eb->NextEquationObject()) {
-        SCOPED_TRACE(x->GetName());
-        EXPECT_STREQ(x->GetName(), y->GetName());
-        EXPECT_EQ(x->GetIndex(), y->GetIndex());
-        EXPECT_EQ(x->GetType(), y->GetType());
-        EXPECT_EQ(x->GetRHS(), y->GetRHS());
-        EXPECT_EQ(x->GetRange(), y->GetRange());
-        EXPECT_EQ(x->GetRHSLo(), y->GetRHSLo());
-        EXPECT_EQ(x->GetRHSUp(), y->GetRHSUp());
-        EXPECT_EQ(x->GetEqnValue(), y->GetEqnValue());
-        EXPECT_EQ(x->GetBaseValue(), y->GetBaseValue());
-        EXPECT_EQ(x->GetShadowPrice(), y->GetShadowPrice());
-        EXPECT_EQ(x->GetEqnScale(), y->GetEqnScale());
-        EXPECT_EQ(x->GetNonlinear(), y->GetNonlinear());
-        EXPECT_EQ(x->GetNumberNZ(), y->GetNumberNZ());
-    }
-    ILPMatrix *xa, *xb;
-    a->GetMatrixIntf(&xa);
-    b->GetMatrixIntf(&xb);
-    for (ILPNonZero *x = xa->FrstNonZeroObject(), *y = xb->FrstNonZeroObject(); x && y;
-         x = xa->NextNonZeroObject(), y = xb->NextNonZeroObject()) {
-        EXPECT_EQ(x->GetEquationIdx(), y->GetEquationIdx());
-        EXPECT_EQ(x->GetVariableIdx(), y->GetVariableIdx());
-        EXPECT_EQ(x->GetCoefficient(), y->GetCoefficient());
-        EXPECT_EQ(x->GetNonlinear(), y->GetNonlinear());
-    }
+    ASSERT_EQ(Dims(a), Dims(b));
+    EXPECT_EQ(fields(a), fields(b));
     EXPECT_TRUE(terms(a) == terms(b));
     EXPECT_EQ(terms(a).size(), terms(b).size());
-
-    ILPSpOrdSetList *sa, *sb;
-    a->GetSpOrdSetCollectionIntf(&sa);
-    b->GetSpOrdSetCollectionIntf(&sb);
-    ASSERT_EQ(sa->NumberOfSpOrdSets(), sb->NumberOfSpOrdSets());
-    for (ILPSpOrdSet *x = sa->FrstSpOrdSetObject(), *y = sb->FrstSpOrdSetObject(); x && y;
-         x = sa->NextSpOrdSetObject(), y = sb->NextSpOrdSetObject()) {
-        EXPECT_STREQ(x->GetName(), y->GetName());
-        EXPECT_EQ(x->GetType(), y->GetType());
-        EXPECT_EQ(setNames(x), setNames(y));
-    }
-
+    EXPECT_EQ(setsAndCollections(a), setsAndCollections(b));
     IZEMOptionTable *oa, *ob;
     a->GetOptionTableIntf(&oa);
     b->GetOptionTableIntf(&ob);
@@ -245,20 +203,6 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool compareTitleAndFlags) {
     oa->Display(da);
     ob->Display(db);
     EXPECT_EQ(da.str(), db.str());
-
-    ILPVariableCollection *ca = nullptr, *cb = nullptr;
-    std::vector<std::string> colsA, colsB;
-    for (a->FrstNamedVarCollection(&ca); ca; a->NextNamedVarCollection(&ca)) {
-        colsA.push_back(std::string(ca->Name()) + "/" + std::to_string(ca->GetDirection()) + "/" +
-                        std::to_string(ca->GetType()));
-        for (const std::string& n : memberNames(ca)) colsA.push_back(n);
-    }
-    for (b->FrstNamedVarCollection(&cb); cb; b->NextNamedVarCollection(&cb)) {
-        colsB.push_back(std::string(cb->Name()) + "/" + std::to_string(cb->GetDirection()) + "/" +
-                        std::to_string(cb->GetType()));
-        for (const std::string& n : memberNames(cb)) colsB.push_back(n);
-    }
-    EXPECT_EQ(colsA, colsB);
 }
 
 std::string ModelBytes(IZEMMgr* mgr, double version) {
@@ -268,4 +212,56 @@ std::string ModelBytes(IZEMMgr* mgr, double version) {
     else
         mgr->PersistAsStream(&ss, version);
     return ss.str();
+}
+
+void Restore(IZEMMgr* mgr, const std::string& bytes) {
+    std::istringstream in(bytes);
+    mgr->RestoreFromStream(&in);
+}
+
+ZEMMgrPtr RichMgr(const std::string& prefix) {
+    ZEMMgrPtr m = NewMgr();
+    BuildRichModel(m.get(), prefix);
+    return m;
+}
+
+std::array<int, 3> Dims(IZEMMgr* mgr) {
+    std::array<int, 3> d{};
+    mgr->ModelDimension(d[0], d[1], d[2]);
+    return d;
+}
+
+ILPVariable* Var(IZEMMgr* m, const char* name) {
+    ILPVariableList* l = nullptr;
+    m->GetVariableCollectionIntf(&l);
+    return l->VarNameLookup(name);
+}
+
+ILPEquation* Eqn(IZEMMgr* m, const char* name) {
+    ILPEquationList* l = nullptr;
+    m->GetEquationCollectionIntf(&l);
+    return l->EqnNameLookup(name);
+}
+
+IZEMModelBuilder* Builder(IZEMMgr* m) {
+    IZEMModelBuilder* b = nullptr;
+    m->GetModelBuilderIntf(&b);
+    return b;
+}
+
+ILPNonZero* Entry(IZEMMgr* m, const char* row, const char* col) {
+    ILPMatrix* mx = nullptr;
+    m->GetMatrixIntf(&mx);
+    return mx->ExistIncidence(Eqn(m, row)->GetIndex(), Var(m, col)->GetIndex());
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+}
+
+std::string TempPath(const std::string& name) {
+    return std::string(ZEM_BINARY_DIR) + "/zemmgr_test_" + name;
 }

@@ -1,11 +1,29 @@
-// Test models for the model manager tests: a small model with every kind of
-// content, and a field-by-field comparison of two models.
+// Shared helpers of the model manager tests: managers that release
+// themselves, a small model with every kind of content, a field-by-field
+// comparison of two models, and short forms of common look-ups.
 #pragma once
 
-#include <memory>
-#include <string>
+#include <gtest/gtest.h>
 
-#include "zemmgr/IZEMMgr.h"
+#include <array>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableCollection.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMException.h"
+#include "nlpdata/INonLinearModel.h"
+#include "zemmgr/IZEMModelBuilder.h"
+#include "zemmgr/IZEMOptionTable.h"
+#include "zemmgr/ZEMMgr.h"
 
 struct ZEMMgrReleaser {
     void operator()(IZEMMgr* m) const {
@@ -27,6 +45,9 @@ ZEMMgrPtr NewMgr();
 // Names can be given a prefix so that two such models can be appended.
 void BuildRichModel(IZEMMgr* mgr, const std::string& prefix = "");
 
+// A new manager holding BuildRichModel's model.
+ZEMMgrPtr RichMgr(const std::string& prefix = "");
+
 // Checks with gtest that two models hold the same persisted content: title
 // and flags, every variable, equation and nonzero field the file carries,
 // the nonlinear terms (type, row, arguments, constants), sets, options and
@@ -35,3 +56,37 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool compareTitleAndFlags = true);
 
 // The model's bytes as PersistAsStream writes them.
 std::string ModelBytes(IZEMMgr* mgr, double version = 0.0);
+
+// Restores `mgr` from `bytes` through RestoreFromStream.
+void Restore(IZEMMgr* mgr, const std::string& bytes);
+
+// Variables, rows and nonzeros.
+std::array<int, 3> Dims(IZEMMgr* mgr);
+
+ILPVariable* Var(IZEMMgr* m, const char* name);
+ILPEquation* Eqn(IZEMMgr* m, const char* name);
+IZEMModelBuilder* Builder(IZEMMgr* m);
+// The entry at (row, column) by names, or null.
+ILPNonZero* Entry(IZEMMgr* m, const char* row, const char* col);
+
+std::string ReadFile(const std::string& path);
+// A path in the build tree for a scratch file.
+std::string TempPath(const std::string& name);
+inline bool Has(const std::string& text, const std::string& piece) {
+    return text.find(piece) != std::string::npos;
+}
+
+// Name, reason and routine of the ZEM_Exception `f` throws; routine is
+// "no exception" when it throws none.
+struct Failure {
+    std::string name, reason, routine;
+};
+template <typename F>
+Failure FailureOf(F&& f) {
+    try {
+        f();
+    } catch (ZEM_Exception& e) {
+        return {e.Name(), e.Reason(), e.Routine()};
+    }
+    return {"", "", "no exception"};
+}
