@@ -16,6 +16,7 @@
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/ZEMException.h"
+#include "mpsutil/MPSStdReader.h"
 #include "nlpdata/INonLinearModel.h"
 #include "nlpdata/INonLinearity.h"
 #include "xmpsutil/XMPSReader.h"
@@ -42,6 +43,17 @@ inline Model Read(const std::string& text) {
     std::stringstream in(text);
     XMPSReader reader(model.get(), false);
     reader.ReadMPSStream(&in);
+    return model;
+}
+
+// Reads a file by the extended reader, or by the standard one.
+inline Model ReadFile(const std::string& path, bool extended = true) {
+    Model model = NewModel();
+    if (extended) {
+        XMPSReader(model.get(), false).ReadMPSFile(path.c_str());
+    } else {
+        MPSStdReader(model.get()).ReadMPSFile(path.c_str());
+    }
     return model;
 }
 
@@ -85,6 +97,10 @@ std::vector<INonLinearity*> Terms(IZEMMgr* m);
 std::vector<double> Constants(INonLinearity* t);
 // Names of a term's variables, in argument order.
 std::vector<std::string> VarNames(INonLinearity* t);
+
+// Expects the same rows, columns, entries, terms, sets, groups and options:
+// numbers exactly, or within the precision of the written number forms.
+void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact);
 
 // The lines of a text.
 std::vector<std::string> Lines(const std::string& text);
