@@ -32,72 +32,65 @@ const char* const kTempHead = "NAME X\nROWS\n E  R\nCOLUMNS\n    EMPTY\n    A  R
 }  // namespace
 
 TEST(XMPSReaderBadInput, EveryRefusalCarriesItsTexts) {
-    const char* const kNameCard = "Expected NAME Card";
-    const char* const kNoEnd = "Unexpected end of XMPS file - no ENDATA card";
+    // Any first line but NAME, the framing lines included when broken.
+    for (const char* text : {"ROWS\n", "HELLO WORLD\n", " E  R1  1.0  X\n", "", "* only a comment\n",
+                             "<zemXMPS\nNAME X\nENDATA\n"}) {
+        ZEM_Exception e = Thrown([&] { Read(text); });
+        EXPECT_EQ(e.Name(), "MPS File Read Error") << text;
+        EXPECT_EQ(e.Reason(), "Expected NAME Card") << text;
+        EXPECT_EQ(e.Routine(), "XMPSReader::ReadMPSStream");
+        EXPECT_EQ(e.SourceFile(), "xmpsutil");
+    }
+    // NONLINEAR card errors carry the card as their reason.
     const std::string nl = "NAME X\nNONLINEAR\n";
-    const std::string ab = "NAME X\nXLINEAR\n E  R  1.0  A\n E  R  1.0  B\n";
-    const std::string temp = kTempHead;
-    // Input; then the exception's name, reason and routine, each checked
-    // unless null; the source is checked for the reader's own routines.
+    for (const auto& [card, name] : std::vector<std::pair<std::string, std::string>>{
+             {" E  R   EXPX  1.0  2.0  3.0", "Incomplete Data Entry - No Variables in Function"},
+             {" E  R   1.0  A  2.0", "Numerical constants in Linear term entry"},
+             {" E  R   EXPX  A", "Incomplete Data Entry - No Coefficient"},
+             {" E", "Incomplete Data Entry"},
+             {" Q  R   1.0  A", "Unknown Row Type Key Found"}}) {
+        ZEM_Exception e = Thrown([&] { Read(nl + card + "\nENDATA\n"); });
+        EXPECT_EQ(e.Name(), (card[1] == 'Q' ? "XMPS" : "MPS") + std::string(" NONLINEAR Section Error - ") + name);
+        EXPECT_EQ(e.Reason(), card);
+        EXPECT_EQ(e.Routine(), "XMPSReader::NONLINEARData");
+        EXPECT_EQ(e.SourceFile(), "xmpsutil");
+    }
+    // The rest: the exception's name, reason and routine, each checked
+    // unless null.
     struct Case {
         std::string text;
         const char* name;
-        const char* reason;
-        const char* routine;
+        const char* reason = nullptr;
+        const char* routine = nullptr;
     };
-    const char* const kFirst = "MPS File Read Error";
-    const char* const kStream = "XMPSReader::ReadMPSStream";
-    const char* const kNl = "XMPSReader::NONLINEARData";
+    const char* const kNoEnd = "Unexpected end of XMPS file - no ENDATA card";
+    const char* const kHeader = "Unknown Header Card Read in MPS File";
+    const char* const kEmpty = "MPS Read/Process Error";
+    const std::string ab = "NAME X\nXLINEAR\n E  R  1.0  A\n E  R  1.0  B\n", temp = kTempHead;
     const Case cases[] = {
-        // Any first line but NAME, the framing lines included when broken.
-        {"ROWS\n", kFirst, kNameCard, kStream},
-        {"HELLO WORLD\n", kFirst, kNameCard, kStream},
-        {" E  R1  1.0  X\n", kFirst, kNameCard, kStream},
-        {"", kFirst, kNameCard, kStream},
-        {"* only a comment\n", kFirst, kNameCard, kStream},
-        {"<zemXMPS\nNAME X\nENDATA\n", kFirst, kNameCard, kStream},
-        {"NAME X\nXLINEAR\n E  R  1.0  X\n", nullptr, kNoEnd, nullptr},
+        {"NAME X\nXLINEAR\n E  R  1.0  X\n", nullptr, kNoEnd},
         // A continuation at the very end of the input ends the card, then
         // the missing ENDATA fails the read.
-        {nl + " E  R  EXPX  1.0  A  \\\n", nullptr, kNoEnd, nullptr},
-        {"NAME X\nBOGUS\nENDATA\n", "Unknown Header Card Read in MPS File", "BOGUS", nullptr},
+        {nl + " E  R  EXPX  1.0  A  \\\n", nullptr, kNoEnd},
+        {"NAME X\nBOGUS\nENDATA\n", kHeader, "BOGUS"},
         // A line beyond the 1,023 characters a line holds is split; its rest
         // is read as a line of its own (here a header that does not exist).
-        {nl + " E  R  EXPX  1.0  " + std::string(1500, 'A') + "\nENDATA\n",
-         "Unknown Header Card Read in MPS File", nullptr, nullptr},
-        // NONLINEAR card errors carry the card as their reason.
-        {nl + " E  R   EXPX  1.0  2.0  3.0\nENDATA\n",
-         "MPS NONLINEAR Section Error - Incomplete Data Entry - No Variables in Function",
-         " E  R   EXPX  1.0  2.0  3.0", kNl},
-        {nl + " E  R   1.0  A  2.0\nENDATA\n",
-         "MPS NONLINEAR Section Error - Numerical constants in Linear term entry", " E  R   1.0  A  2.0", kNl},
-        {nl + " E  R   EXPX  A\nENDATA\n", "MPS NONLINEAR Section Error - Incomplete Data Entry - No Coefficient",
-         " E  R   EXPX  A", kNl},
-        {nl + " E\nENDATA\n", "MPS NONLINEAR Section Error - Incomplete Data Entry", " E", kNl},
-        {nl + " Q  R   1.0  A\nENDATA\n", "XMPS NONLINEAR Section Error - Unknown Row Type Key Found",
-         " Q  R   1.0  A", kNl},
-        {"NAME X\nXLINEAR\nRHS\nENDATA\n", "MPS Read/Process Error",
-         "XLINEAR Data section appears empty - no data card following header", nullptr},
-        {nl + "ENDATA\n", "MPS Read/Process Error",
-         "NONLINEAR Data section appears empty - no data card following header", nullptr},
+        {nl + " E  R  EXPX  1.0  " + std::string(1500, 'A') + "\nENDATA\n", kHeader},
+        {"NAME X\nXLINEAR\nRHS\nENDATA\n", kEmpty, "XLINEAR Data section appears empty - no data card following header"},
+        {nl + "ENDATA\n", kEmpty, "NONLINEAR Data section appears empty - no data card following header"},
         {"NAME X\nXTNDFMT\n E  R  1.0  A\nENDATA\n", nullptr,
-         "XTNDFMTData data cards entered - no data should accompany this header card", nullptr},
-        {"NAME X\nINITIAL\n BS    A\nENDATA\n",
-         "MPS INITIAL Section Error - Incomplete Data Entry - no VALUE", nullptr, "MPSStdReader::INITIALData"},
-        {"NAME X\nINITIAL\n BS\nENDATA\n",
-         "MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME", nullptr, nullptr},
-        {"NAME X\nINITIAL\n ZZ    A  1\nENDATA\n", "MPS INITIAL Section Error - Unknown Bound Type Key Found",
-         nullptr, nullptr},
-        {temp + " LO BND2 NOSUCH 3\nENDATA\n", "MPS BOUNDS Section Error - Invalid Column Name", nullptr, nullptr},
-        {temp + " LO BND2 A\nENDATA\n", "XMPS TEMPBOUNDS Section Error - Incomplete Data Entry", nullptr, nullptr},
-        {temp + " QQ BND2 A 1\nENDATA\n", "XMPS BOUNDS Section Error - Unknown Bound Type Key Found", nullptr,
-         nullptr},
-        {temp + "    BND2 A 1\nENDATA\n", "XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY",
-         nullptr, nullptr},
-        {"NAME X\nVARGROUPS\n IN G  NOSUCH\nENDATA\n", "MPS VARGROUPS Section Error - Invalid Column Name",
-         nullptr, nullptr},
+         "XTNDFMTData data cards entered - no data should accompany this header card"},
+        {"NAME X\nINITIAL\n BS    A\nENDATA\n", "MPS INITIAL Section Error - Incomplete Data Entry - no VALUE",
+         nullptr, "MPSStdReader::INITIALData"},
+        {"NAME X\nINITIAL\n BS\nENDATA\n", "MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME"},
+        {"NAME X\nINITIAL\n ZZ    A  1\nENDATA\n", "MPS INITIAL Section Error - Unknown Bound Type Key Found"},
+        {temp + " LO BND2 NOSUCH 3\nENDATA\n", "MPS BOUNDS Section Error - Invalid Column Name"},
+        {temp + " LO BND2 A\nENDATA\n", "XMPS TEMPBOUNDS Section Error - Incomplete Data Entry"},
+        {temp + " QQ BND2 A 1\nENDATA\n", "XMPS BOUNDS Section Error - Unknown Bound Type Key Found"},
+        {temp + "    BND2 A 1\nENDATA\n", "XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY"},
+        {"NAME X\nVARGROUPS\n IN G  NOSUCH\nENDATA\n", "MPS VARGROUPS Section Error - Invalid Column Name"},
         {ab + "COMPLEMENT\n      A  B\nENDATA\n",
-         "MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME", nullptr, nullptr},
+         "MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text.substr(0, 80));
@@ -105,7 +98,6 @@ TEST(XMPSReaderBadInput, EveryRefusalCarriesItsTexts) {
         if (c.name) { EXPECT_EQ(e.Name(), c.name); }
         if (c.reason) { EXPECT_EQ(e.Reason(), c.reason); }
         if (c.routine) { EXPECT_EQ(e.Routine(), c.routine); }
-        if (c.routine == kStream || c.routine == kNl) { EXPECT_EQ(e.SourceFile(), "xmpsutil"); }
     }
 }
 
@@ -138,21 +130,16 @@ TEST(XMPSReaderTerms, ReadsWithAndWithoutFramingOneVariableIsACoefficientSeveral
     EXPECT_DOUBLE_EQ(Coefficient(Read("NAME X\nXLINEARSTUFF\n E  R  2.0  X\nENDATA\n").get(), "R", "X"), 2.0);
 }
 
-TEST(XMPSReaderTerms, ContinuationSkipsCommentsAndEmptyLines) {
+TEST(XMPSReaderTerms, ContinuationSkipsCommentsAndUnknownKeywordsAreKeptByName) {
     Model m = Read(
         "NAME X\nNONLINEAR\n E  R   XPOW  3.0  A  \\\n* a comment\n\n$ another\n   B 2.0  \\\n"
-        "  C\nENDATA\n");
+        "  C\n E  R   MYFUNC  1.5  A  7\nENDATA\n");
     std::vector<INonLinearity*> terms = Terms(m.get());
-    ASSERT_EQ(terms.size(), 1u);
+    ASSERT_EQ(terms.size(), 2u);
     EXPECT_EQ(VarNames(terms[0]), (std::vector<std::string>{"A", "B", "C"}));
     EXPECT_EQ(Constants(terms[0]), (std::vector<double>{3.0, 2.0}));
-}
-
-TEST(XMPSReaderTerms, UnknownKeywordsAreKeptByName) {
-    Model m = Read("NAME X\nNONLINEAR\n E  R   MYFUNC  1.5  A  7\nENDATA\n");
-    INonLinearity* t = Terms(m.get())[0];
-    EXPECT_EQ(t->GetType(), 7);
-    EXPECT_STREQ(t->GetNonLinearityID(), "MYFUNC");
+    EXPECT_EQ(terms[1]->GetType(), 7);
+    EXPECT_STREQ(terms[1]->GetNonLinearityID(), "MYFUNC");
 }
 
 TEST(XMPSReaderTerms, RowKeysSetTypesAndTheFirstNIsTheObjective) {
@@ -259,7 +246,6 @@ public:
     void CallInitial() { INITIALData(); }
     void SetSection(int16_t s) { m_section = s; }
     void Attach(std::istream* in) { AttachInput(in); }
-    int16_t NextCard() { return ReadMPSCard(); }
 };
 }  // namespace
 
@@ -314,17 +300,11 @@ TEST(XMPSReaderHandlers, EndlessContinuationEndsWithTheInput) {
 
 TEST(XMPSReaderFile, ReadsAFileAndReportsAMissingOne) {
     const std::string path = std::string(ZEM_BINARY_DIR) + "/xmps_reader_test.xmps";
-    {
-        std::ofstream out(path);
-        out << kSmall;
-    }
-    Model m = NewModel();
-    XMPSReader reader(m.get(), false);
-    reader.ReadMPSFile(path.c_str());
-    EXPECT_EQ(Vars(m.get())->NumberOfVariables(), 3);
+    std::ofstream(path) << kSmall;
+    EXPECT_EQ(Vars(ReadFile(path).get())->NumberOfVariables(), 3);
     std::remove(path.c_str());
     try {
-        reader.ReadMPSFile(path.c_str());
+        ReadFile(path);
         FAIL() << "no exception";
     } catch (ZEM_ExcpFileError& e) {
         EXPECT_EQ(e.ErrorType(), eFileNotFound);

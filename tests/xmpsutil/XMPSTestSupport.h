@@ -64,26 +64,10 @@ inline std::string Write(IZEMMgr* model) {
     return out.str();
 }
 
-inline ILPVariableList* Vars(IZEMMgr* m) {
-    ILPVariableList* v = nullptr;
-    m->GetVariableCollectionIntf(&v);
-    return v;
-}
-inline ILPEquationList* Eqns(IZEMMgr* m) {
-    ILPEquationList* e = nullptr;
-    m->GetEquationCollectionIntf(&e);
-    return e;
-}
-inline ILPMatrix* Matrix(IZEMMgr* m) {
-    ILPMatrix* x = nullptr;
-    m->GetMatrixIntf(&x);
-    return x;
-}
-inline INonLinearModel* NL(IZEMMgr* m) {
-    INonLinearModel* n = nullptr;
-    m->GetNonLinearModelIntf(&n);
-    return n;
-}
+inline ILPVariableList* Vars(IZEMMgr* m) { ILPVariableList* v = nullptr; m->GetVariableCollectionIntf(&v); return v; }
+inline ILPEquationList* Eqns(IZEMMgr* m) { ILPEquationList* e = nullptr; m->GetEquationCollectionIntf(&e); return e; }
+inline ILPMatrix* Matrix(IZEMMgr* m) { ILPMatrix* x = nullptr; m->GetMatrixIntf(&x); return x; }
+inline INonLinearModel* NL(IZEMMgr* m) { INonLinearModel* n = nullptr; m->GetNonLinearModelIntf(&n); return n; }
 inline ILPVariable* Var(IZEMMgr* m, const char* name) { return Vars(m)->VarNameLookup(name); }
 inline ILPEquation* Eqn(IZEMMgr* m, const char* name) { return Eqns(m)->EqnNameLookup(name); }
 
