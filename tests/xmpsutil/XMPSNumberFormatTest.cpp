@@ -14,21 +14,16 @@
 using namespace xmpsnum;
 
 namespace {
-std::string shortForm(double v) {
+template <int (*Form)(char*, double)>
+std::string Text(double v) {
     char b[kNumberBufSize];
-    ShortForm(b, v);
+    Form(b, v);
     return b;
 }
-std::string longForm(double v) {
-    char b[kNumberBufSize];
-    LongForm(b, v);
-    return b;
-}
-std::string constantForm(double v) {
-    char b[kNumberBufSize];
-    ConstantForm(b, v);
-    return b;
-}
+const auto shortForm = Text<ShortForm>;
+const auto longForm = Text<LongForm>;
+const auto constantForm = Text<ConstantForm>;
+const auto exactForm = Text<ExactForm>;
 // The forms spelt out with printf, as a reference.
 std::string shiftedByPrintf(double v, const char* fmt) {
     char b[64];
@@ -143,16 +138,11 @@ TEST(XMPSNumberForms, ExactFormReadsBackExactly) {
     std::mt19937_64 rng(99);
     std::uniform_real_distribution<double> mant(-10.0, 10.0);
     std::uniform_int_distribution<int> expo(-30, 30);
-    char b[kNumberBufSize];
     for (int i = 0; i < 5000; ++i) {
         const double v = mant(rng) * std::pow(10.0, expo(rng));
-        ExactForm(b, v);
-        ASSERT_EQ(std::strtod(b, nullptr), v) << b;
+        ASSERT_EQ(std::strtod(exactForm(v).c_str(), nullptr), v) << exactForm(v);
     }
-    ExactForm(b, 250.0);
-    EXPECT_STREQ(b, "250");
-    ExactForm(b, -1e20);
-    EXPECT_STREQ(b, "-1e+20");
-    ExactForm(b, 0.999999);
-    EXPECT_STREQ(b, "0.999999");  // no snapping to 1
+    EXPECT_EQ(exactForm(250.0), "250");
+    EXPECT_EQ(exactForm(-1e20), "-1e+20");
+    EXPECT_EQ(exactForm(0.999999), "0.999999");  // no snapping to 1
 }

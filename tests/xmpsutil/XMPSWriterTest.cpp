@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -38,10 +39,7 @@ std::string BoundCard(const char* key, const char* col, const char* value = null
 }
 
 bool Contains(const std::vector<std::string>& lines, const std::string& line) {
-    for (const std::string& l : lines) {
-        if (l == line) return true;
-    }
-    return false;
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
 }
 
 }  // namespace
@@ -51,14 +49,11 @@ TEST(XMPSWriterLayout, FramingAndSectionOrder) {
     m->SetModelTitle("PLANT");
     const std::vector<std::string> lines = Lines(Write(m.get()));
     ASSERT_GE(lines.size(), 10u);
-    EXPECT_EQ(lines[0], "<zemblockpersist type=\"XMPS\" version=\"7.2\">");
-    EXPECT_EQ(lines[1], "<zemXMPS>");
-    EXPECT_EQ(lines[2], "NAME PLANT");
-    EXPECT_EQ(lines[3], "XTNDFMT");
-    EXPECT_EQ(lines[4], "XLINEAR");
-    EXPECT_EQ(lines[lines.size() - 3], "ENDATA");
-    EXPECT_EQ(lines[lines.size() - 2], "</zemXMPS>");
-    EXPECT_EQ(lines[lines.size() - 1], "</zemblockpersist>");
+    EXPECT_EQ(std::vector<std::string>(lines.begin(), lines.begin() + 5),
+              (std::vector<std::string>{"<zemblockpersist type=\"XMPS\" version=\"7.2\">", "<zemXMPS>", "NAME PLANT",
+                                        "XTNDFMT", "XLINEAR"}));
+    EXPECT_EQ(std::vector<std::string>(lines.end() - 3, lines.end()),
+              (std::vector<std::string>{"ENDATA", "</zemXMPS>", "</zemblockpersist>"}));
     std::vector<std::string> headers;
     for (const std::string& l : lines) {
         if (!l.empty() && l[0] != ' ') headers.push_back(l);
