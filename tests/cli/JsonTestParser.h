@@ -2,9 +2,8 @@
 // deviation from the JSON grammar makes Parse throw.
 #pragma once
 
+#include <cctype>
 #include <cstdlib>
-#include <map>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -50,100 +49,73 @@ private:
         throw std::runtime_error("JSON error at " + std::to_string(i_) + ": " + why);
     }
     void Skip() {
-        while (i_ < s_.size() && (s_[i_] == ' ' || s_[i_] == '\n' || s_[i_] == '\t' || s_[i_] == '\r')) ++i_;
+        while (i_ < s_.size() && std::string(" \n\t\r").find(s_[i_]) != std::string::npos) ++i_;
     }
-    void Expect(char c) {
+    char Peek() {
         Skip();
-        if (i_ >= s_.size() || s_[i_] != c) Fail(std::string("expected ") + c);
-        ++i_;
+        if (i_ >= s_.size()) Fail("unexpected end");
+        return s_[i_];
     }
-    bool Literal(const char* word) {
-        const std::string w(word);
+    bool Take(const std::string& w) {
         if (s_.compare(i_, w.size(), w) != 0) return false;
         i_ += w.size();
         return true;
     }
+    bool Digit() const { return i_ < s_.size() && std::isdigit(static_cast<unsigned char>(s_[i_])); }
+    void Digits(const char* what) {
+        if (!Digit()) Fail(what);
+        while (Digit()) ++i_;
+    }
+    // After an item of an array or object: true at ',', false at the closer.
+    bool More(char close) {
+        const char c = Peek();
+        ++i_;
+        if (c == ',') return true;
+        if (c != close) Fail(std::string("expected , or ") + close);
+        return false;
+    }
     Value ParseValue() {
-        Skip();
-        if (i_ >= s_.size()) Fail("unexpected end");
         Value v;
-        const char c = s_[i_];
+        const char c = Peek();
         if (c == '{') {
             v.kind = Value::Object;
             ++i_;
-            Skip();
-            if (s_[i_] == '}') {
-                ++i_;
-                return v;
-            }
-            for (;;) {
-                Skip();
-                if (s_[i_] != '"') Fail("expected a key");
+            if (Peek() == '}') return ++i_, v;
+            do {
+                if (Peek() != '"') Fail("expected a key");
                 std::string key = ParseString();
-                Expect(':');
+                if (Peek() != ':') Fail("expected :");
+                ++i_;
                 v.members.emplace_back(key, ParseValue());
-                Skip();
-                if (s_[i_] == ',') {
-                    ++i_;
-                    continue;
-                }
-                Expect('}');
-                return v;
-            }
-        }
-        if (c == '[') {
+            } while (More('}'));
+        } else if (c == '[') {
             v.kind = Value::Array;
             ++i_;
-            Skip();
-            if (s_[i_] == ']') {
-                ++i_;
-                return v;
-            }
-            for (;;) {
-                v.items.push_back(ParseValue());
-                Skip();
-                if (s_[i_] == ',') {
-                    ++i_;
-                    continue;
-                }
-                Expect(']');
-                return v;
-            }
-        }
-        if (c == '"') {
+            if (Peek() == ']') return ++i_, v;
+            do v.items.push_back(ParseValue());
+            while (More(']'));
+        } else if (c == '"') {
             v.kind = Value::String;
             v.text = ParseString();
-            return v;
-        }
-        if (Literal("null")) return v;
-        if (Literal("true") || Literal("false")) {
+        } else if (Take("true") || Take("false")) {
             v.kind = Value::Bool;
             v.boolean = s_[i_ - 1] == 'e' && s_[i_ - 2] == 'u';
-            return v;
+        } else if (!Take("null")) {
+            // -?(0|[1-9][0-9]*)(\.[0-9]+)?([eE][+-]?[0-9]+)?
+            const size_t start = i_;
+            Take("-");
+            if (!Take("0")) {
+                if (!Digit()) Fail("bad value");
+                Digits("bad value");
+            }
+            if (Take(".")) Digits("bad fraction");
+            if (Take("e") || Take("E")) {
+                if (!Take("+")) Take("-");
+                Digits("bad exponent");
+            }
+            v.kind = Value::Number;
+            v.number = std::strtod(s_.substr(start, i_ - start).c_str(), nullptr);
         }
-        // Number: -?(0|[1-9][0-9]*)(\.[0-9]+)?([eE][+-]?[0-9]+)?
-        const size_t start = i_;
-        if (s_[i_] == '-') ++i_;
-        if (i_ < s_.size() && s_[i_] == '0') {
-            ++i_;
-        } else if (i_ < s_.size() && s_[i_] >= '1' && s_[i_] <= '9') {
-            while (i_ < s_.size() && isdigit(static_cast<unsigned char>(s_[i_]))) ++i_;
-        } else {
-            Fail("bad value");
-        }
-        if (i_ < s_.size() && s_[i_] == '.') {
-            ++i_;
-            if (i_ >= s_.size() || !isdigit(static_cast<unsigned char>(s_[i_]))) Fail("bad fraction");
-            while (i_ < s_.size() && isdigit(static_cast<unsigned char>(s_[i_]))) ++i_;
-        }
-        if (i_ < s_.size() && (s_[i_] == 'e' || s_[i_] == 'E')) {
-            ++i_;
-            if (i_ < s_.size() && (s_[i_] == '+' || s_[i_] == '-')) ++i_;
-            if (i_ >= s_.size() || !isdigit(static_cast<unsigned char>(s_[i_]))) Fail("bad exponent");
-            while (i_ < s_.size() && isdigit(static_cast<unsigned char>(s_[i_]))) ++i_;
-        }
-        v.kind = Value::Number;
-        v.number = std::strtod(s_.substr(start, i_ - start).c_str(), nullptr);
         return v;
     }
     // Returns the string's bytes; \u escapes below 0x100 become that byte
@@ -160,32 +132,26 @@ private:
                 out += static_cast<char>(c);
                 continue;
             }
+            if (i_ >= s_.size()) Fail("unterminated escape");
             const char e = s_[i_++];
-            switch (e) {
-                case '"': out += '"'; break;
-                case '\\': out += '\\'; break;
-                case '/': out += '/'; break;
-                case 'b': out += '\b'; break;
-                case 'f': out += '\f'; break;
-                case 'n': out += '\n'; break;
-                case 'r': out += '\r'; break;
-                case 't': out += '\t'; break;
-                case 'u': {
-                    const unsigned long cp = std::strtoul(s_.substr(i_, 4).c_str(), nullptr, 16);
-                    i_ += 4;
-                    if (cp < 0x100) {
-                        out += static_cast<char>(cp);
-                    } else if (cp < 0x800) {
-                        out += static_cast<char>(0xC0 | (cp >> 6));
-                        out += static_cast<char>(0x80 | (cp & 0x3F));
-                    } else {
-                        out += static_cast<char>(0xE0 | (cp >> 12));
-                        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-                        out += static_cast<char>(0x80 | (cp & 0x3F));
-                    }
-                    break;
+            const std::string plain = "\"\\/bfnrt", meant = "\"\\/\b\f\n\r\t";
+            if (plain.find(e) != std::string::npos) {
+                out += meant[plain.find(e)];
+            } else if (e == 'u' && i_ + 4 <= s_.size()) {
+                const unsigned long cp = std::strtoul(s_.substr(i_, 4).c_str(), nullptr, 16);
+                i_ += 4;
+                if (cp < 0x100) {
+                    out += static_cast<char>(cp);
+                } else if (cp < 0x800) {
+                    out += static_cast<char>(0xC0 | (cp >> 6));
+                    out += static_cast<char>(0x80 | (cp & 0x3F));
+                } else {
+                    out += static_cast<char>(0xE0 | (cp >> 12));
+                    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+                    out += static_cast<char>(0x80 | (cp & 0x3F));
                 }
-                default: Fail("bad escape");
+            } else {
+                Fail("bad escape");
             }
         }
     }

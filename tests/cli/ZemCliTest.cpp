@@ -1,91 +1,37 @@
-// Runs the zem program and checks its output, exit status and messages.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+// zem on standard MPS files: info, dump and display checked against the
+// model read in this process, and the exit statuses of usage errors and
+// library failures.
 #include <memory>
 #include <sstream>
 #include <string>
 
-#include "JsonTestParser.h"
-#include "mpsutil/MPSTestUtil.h"
+#include "ZemCliTestSupport.h"
 #include "lpdata/ILPEquation.h"
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
 #include "lpdata/ILPNonZero.h"
-#include "lpdata/ILPSpOrdSet.h"
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
-#include "mpsutil/MPSStdReader.h"
+#include "mpsutil/MPSTestUtil.h"
+
+using namespace clitest;
 
 namespace {
 
-struct Result {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
-}
-
-class ZemCli : public ::testing::Test {
-protected:
-    void SetUp() override {
-        char tmpl[] = "/tmp/zem_cli_test_XXXXXX";
-        dir_ = mkdtemp(tmpl);
-        zem_ = std::string(ZEM_BINARY_DIR) + "/zem";
-        if (!std::filesystem::exists(zem_)) GTEST_SKIP() << zem_ << " was not built";
-    }
-    void TearDown() override {
-        std::error_code ec;
-        std::filesystem::remove_all(dir_, ec);
-    }
-
-    Result Run(const std::string& args) {
-        const std::string out = dir_ + "/stdout";
-        const std::string err = dir_ + "/stderr";
-        const std::string cmd = "'" + zem_ + "' " + args + " > '" + out + "' 2> '" + err + "'";
-        const int raw = std::system(cmd.c_str());
-        Result r;
-        r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        r.out = Slurp(out);
-        r.err = Slurp(err);
-        return r;
-    }
-
-    std::string File(const std::string& name, const std::string& content) {
-        const std::string path = dir_ + "/" + name;
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
-    }
-
-    std::string Example() const { return std::string(ZEM_SOURCE_DIR) + "/examples/blend.mps"; }
-
-    std::string dir_;
-    std::string zem_;
-};
+class ZemCli : public ZemRun {};
 
 struct DestroyModel {
     void operator()(ILPStdDataMgr* m) const { m->Destroy(); }
 };
 
-// The same file read in this process, as zem reads it.
-std::unique_ptr<ILPStdDataMgr, DestroyModel> ReadHere(const std::string& path) {
+// The same file read in this process into the model zem uses for MPS.
+std::unique_ptr<ILPStdDataMgr, DestroyModel> ReadLp(const std::string& path) {
     ILPStdDataMgr* m = nullptr;
     CreateLPStdDataObject(&m);
     std::unique_ptr<ILPStdDataMgr, DestroyModel> model(m);
     model->SetModelTitle("");
-    MPSStdReader reader(model.get());
-    reader.ReadMPSFile(path.c_str());
+    MPSStdReader(model.get()).ReadMPSFile(path.c_str());
     return model;
 }
 
@@ -95,34 +41,21 @@ std::unique_ptr<ILPStdDataMgr, DestroyModel> ReadHere(const std::string& path) {
 std::string Awkward() {
     using mpstest::Card;
     return mpstest::Lines({
-        "NAME      Q\"UOTE\\",
-        "ROWS",
-        Card("N", "COST"),
-        Card("L", "R\tTAB"),
-        Card("G", "CAF\xc3\xa9"),
-        Card("E", "BAD\xff"),
-        "COLUMNS",
+        "NAME      Q\"UOTE\\", "ROWS", Card("N", "COST"), Card("L", "R\tTAB"),
+        Card("G", "CAF\xc3\xa9"), Card("E", "BAD\xff"), "COLUMNS",
         Card("", "X1", "COST", "0.1", "R\tTAB", "0.3333333333"),
         Card("", "X1", "CAF\xc3\xa9", "1e-300", "BAD\xff", "-1234567.125"),
-        Card("", "X2", "COST", "1E20", "R\tTAB", "2.5"),
-        "RHS",
-        Card("", "RHS", "R\tTAB", "7.1", "CAF\xc3\xa9", "-0"),
-        "RANGES",
-        Card("", "RNG", "R\tTAB", "0.7"),
-        "BOUNDS",
-        Card("MI", "BND", "X1"),
-        Card("UP", "BND", "X1", "1e20"),
-        Card("SB", "BND", "X2", "0.25"),
-        "SETS",
-        Card("S2", "SET1", "X2", "1", "X1", "2"),
-        "ENDATA",
+        Card("", "X2", "COST", "1E20", "R\tTAB", "2.5"), "RHS",
+        Card("", "RHS", "R\tTAB", "7.1", "CAF\xc3\xa9", "-0"), "RANGES", Card("", "RNG", "R\tTAB", "0.7"),
+        "BOUNDS", Card("MI", "BND", "X1"), Card("UP", "BND", "X1", "1e20"), Card("SB", "BND", "X2", "0.25"),
+        "SETS", Card("S2", "SET1", "X2", "1", "X1", "2"), "ENDATA",
     });
 }
 
 }  // namespace
 
 TEST_F(ZemCli, InfoSummarisesTheExampleModel) {
-    const Result r = Run("info '" + Example() + "'");
+    const Result r = Run("info '" + Blend() + "'");
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.err, "");
     EXPECT_EQ(r.out,
@@ -139,21 +72,19 @@ TEST_F(ZemCli, InfoSummarisesTheExampleModel) {
               "Sets:       0\n"
               "Nonlinear:  0 terms in 0 equations\n");
 
-    const Result j = Run("info --json '" + Example() + "'");
-    ASSERT_EQ(j.status, 0) << j.err;
-    const jsontest::Value v = jsontest::Parse(j.out);
-    EXPECT_EQ(v.Keys(), (std::vector<std::string>{"title", "variables", "equations", "nonzeros",
-                                                  "sets", "nonlinear_terms", "nonlinear_equations",
-                                                  "variable_types", "equation_types"}));
+    const jsontest::Value v = Json("info --json '" + Blend() + "'");
+    EXPECT_EQ(KeyList(v), "title,variables,equations,nonzeros,sets,nonlinear_terms,nonlinear_equations,"
+                          "variable_types,equation_types");
     EXPECT_EQ(v["title"].text, "BLEND");
     EXPECT_EQ(v["variables"].number, 4);
     EXPECT_EQ(v["equations"].number, 6);
     EXPECT_EQ(v["nonzeros"].number, 23);
     EXPECT_EQ(v["sets"].number, 0);
-    EXPECT_EQ(v["variable_types"].Keys(), (std::vector<std::string>{"Continuous"}));
+    EXPECT_EQ(v["nonlinear_terms"].number, 0);
+    EXPECT_EQ(v["nonlinear_equations"].number, 0);
+    EXPECT_EQ(KeyList(v["variable_types"]), "Continuous");
     EXPECT_EQ(v["variable_types"]["Continuous"].number, 4);
-    EXPECT_EQ(v["equation_types"].Keys(),
-              (std::vector<std::string>{"OBJ", "EQ", "LE", "GE", "FREE"}));
+    EXPECT_EQ(KeyList(v["equation_types"]), "OBJ,EQ,LE,GE,FREE");
     EXPECT_EQ(v["equation_types"]["LE"].number, 2);
 }
 
@@ -162,27 +93,25 @@ TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
     const Result r = Run("dump '" + path + "'");
     ASSERT_EQ(r.status, 0) << r.err;
     const jsontest::Value v = jsontest::Parse(r.out);
-    EXPECT_EQ(v.Keys(), (std::vector<std::string>{"title", "variables", "equations", "nonzeros",
-                                                  "sets", "terms", "collections", "options"}));
+    EXPECT_EQ(KeyList(v), "title,variables,equations,nonzeros,sets,terms,collections,options");
     // A standard MPS model has none of the model manager's parts.
-    EXPECT_TRUE(v["terms"].items.empty());
     EXPECT_EQ(v["terms"].kind, jsontest::Value::Array);
+    EXPECT_TRUE(v["terms"].items.empty());
     EXPECT_TRUE(v["collections"].items.empty());
     EXPECT_TRUE(v["options"].items.empty());
 
-    auto model = ReadHere(path);
+    auto model = ReadLp(path);
     std::string title;
     model->GetModelTitle(title);
-    EXPECT_EQ(v["title"].text, title);
     EXPECT_EQ(title, "Q\"UOTE\\");
+    EXPECT_EQ(v["title"].text, title);
 
     ILPVariableList* vars = nullptr;
     model->GetVariableCollectionIntf(&vars);
     size_t i = 0;
     for (ILPVariable* x = vars->FrstVariableObject(); x; x = vars->NextVariableObject(), ++i) {
         const jsontest::Value& o = v["variables"][i];
-        EXPECT_EQ(o.Keys(), (std::vector<std::string>{"name", "type", "status", "lower", "upper",
-                                                      "value", "temp_lower", "step"}));
+        EXPECT_EQ(KeyList(o), "name,type,status,lower,upper,value,temp_lower,step");
         EXPECT_EQ(o["name"].text, x->GetName());
         EXPECT_EQ(o["type"].number, x->GetVarType());
         EXPECT_EQ(o["status"].number, x->GetVarStatus());
@@ -202,8 +131,7 @@ TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
     i = 0;
     for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject(), ++i) {
         const jsontest::Value& o = v["equations"][i];
-        EXPECT_EQ(o.Keys(), (std::vector<std::string>{"name", "type", "rhs", "range", "rhs_lower",
-                                                      "rhs_upper", "scale"}));
+        EXPECT_EQ(KeyList(o), "name,type,rhs,range,rhs_lower,rhs_upper,scale");
         EXPECT_EQ(o["name"].text, e->GetName());
         EXPECT_EQ(o["type"].number, e->GetType());
         EXPECT_EQ(o["rhs"].number, e->GetRHS());
@@ -225,7 +153,7 @@ TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
     i = 0;
     for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz; nz = matrix->NextNonZeroObject(), ++i) {
         const jsontest::Value& o = v["nonzeros"][i];
-        EXPECT_EQ(o.Keys(), (std::vector<std::string>{"equation", "variable", "coefficient"}));
+        EXPECT_EQ(KeyList(o), "equation,variable,coefficient");
         EXPECT_EQ(o["equation"].text, nz->GetEquationPtr()->GetName());
         EXPECT_EQ(o["variable"].text, nz->GetVariablePtr()->GetName());
         EXPECT_EQ(o["coefficient"].number, nz->GetCoefficient());
@@ -244,7 +172,7 @@ TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
 }
 
 TEST_F(ZemCli, DisplayPrintsTheModelsOwnListings) {
-    auto model = ReadHere(Example());
+    auto model = ReadLp(Blend());
     struct {
         const char* option;
         void (ILPStdDataMgr::*display)(std::ostream&);
@@ -256,7 +184,7 @@ TEST_F(ZemCli, DisplayPrintsTheModelsOwnListings) {
         {" --algebraic", &ILPStdDataMgr::AlgebraicDisplay, "A L G E B R A I C"},
     };
     for (const auto& c : cases) {
-        const Result r = Run("display '" + Example() + "'" + c.option);
+        const Result r = Run("display '" + Blend() + "'" + c.option);
         ASSERT_EQ(r.status, 0) << c.option << r.err;
         std::ostringstream expected;
         (model.get()->*c.display)(expected);
@@ -266,8 +194,8 @@ TEST_F(ZemCli, DisplayPrintsTheModelsOwnListings) {
 }
 
 TEST_F(ZemCli, FormatComesFromTheExtensionOrTheOption) {
-    const std::string txt = File("model.txt", Slurp(Example()));
-    const std::string upper = File("MODEL.MPS", Slurp(Example()));
+    const std::string txt = File("model.txt", Slurp(Blend()));
+    const std::string upper = File("MODEL.MPS", Slurp(Blend()));
     EXPECT_EQ(Run("info '" + txt + "'").status, 2);
     EXPECT_EQ(Run("info --format mps '" + txt + "'").status, 0);
     EXPECT_EQ(Run("info --format=MPS '" + txt + "'").status, 0);
@@ -279,12 +207,12 @@ TEST_F(ZemCli, FormatComesFromTheExtensionOrTheOption) {
 }
 
 TEST_F(ZemCli, UsageErrorsExitWithTwo) {
+    const std::string blend = "'" + Blend() + "'";
     for (const std::string& args :
-         {std::string(""), std::string("frobnicate x.mps"), std::string("info"),
-          std::string("info --bogus '") + Example() + "'",
-          std::string("info '") + Example() + "' extra",
-          std::string("display --by-row --algebraic '") + Example() + "'",
-          std::string("dump --format"), std::string("info --json=yes x.mps")}) {
+         {std::string(""), std::string("frobnicate x.mps"), std::string("info"), "info --bogus " + blend,
+          "info " + blend + " extra", "display --by-row --algebraic " + blend, std::string("dump --format"),
+          std::string("info --json=yes x.mps"), "convert '" + Refinery() + "' '" + dir_ + "/out.lp'",
+          "convert '" + Refinery() + "'"}) {
         const Result r = Run(args);
         EXPECT_EQ(r.status, 2) << args;
         EXPECT_NE(r.err.find("zem: "), std::string::npos) << args;
@@ -304,27 +232,32 @@ TEST_F(ZemCli, LibraryFailuresExitWithOneAndShowTheException) {
     const Result r = Run("dump '" + bad + "'");
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
-    EXPECT_NE(r.err.find("Exception Name : MPS Manager Failure\n"), std::string::npos) << r.err;
-    EXPECT_NE(r.err.find("Exception Reason : Read of MPS Failed\n"), std::string::npos);
-    EXPECT_NE(r.err.find("Exception Name : MPS COLUMNS Section Error - Invalid Row Name\n"),
-              std::string::npos);
-    EXPECT_NE(r.err.find("MPS input line 5\n"), std::string::npos);
+    ExpectAll(r.err, {"Exception Name : MPS Manager Failure\n", "Exception Reason : Read of MPS Failed\n",
+                      "Exception Name : MPS COLUMNS Section Error - Invalid Row Name\n", "MPS input line 5\n"});
+
+    const Result x = Run("eval '" + File("bad.xmps", "NAME X\nNONLINEAR\nENDATA\n") + "'");
+    EXPECT_EQ(x.status, 1);
+    EXPECT_NE(x.err.find("MPS Manager Failure"), std::string::npos) << x.err;
 }
 
-TEST_F(ZemCli, HelpExplainsCommandsOptionsFormatsAndExitStatus) {
-    const Result main = Run("--help");
-    EXPECT_EQ(main.status, 0);
-    for (const char* word : {"info", "dump", "display", ".mps", "--format", "Exit status"}) {
-        EXPECT_NE(main.out.find(word), std::string::npos) << word;
+TEST_F(ZemCli, HelpExplainsCommandsOptionsFormatsAndKeys) {
+    struct {
+        const char* args;
+        std::initializer_list<const char*> words;
+    } cases[] = {
+        {"--help", {"info", "dump", "display", "eval", ".mps", "xmps", ".zem", ".gms", ".txt", "model file",
+                    "--format", "Exit status"}},
+        {"info --help", {"Usage: zem info FILE", "--json", "variable_types", "nonlinear_terms",
+                         "nonlinear_equations"}},
+        {"display --help", {"--by-row", "--by-column", "--algebraic"}},
+        {"dump --help", {"temp_lower", "terms", "keyword", "constants", "collections", "direction", "options",
+                         "second"}},
+        {"convert --help", {".zem", ".gms", ".txt", ".xmps"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.args);
+        const Result r = Run(c.args);
+        EXPECT_EQ(r.status, 0);
+        ExpectAll(r.out, c.words);
     }
-    const Result info = Run("info --help");
-    EXPECT_EQ(info.status, 0);
-    EXPECT_NE(info.out.find("Usage: zem info FILE"), std::string::npos);
-    EXPECT_NE(info.out.find("--json"), std::string::npos);
-    EXPECT_NE(info.out.find("variable_types"), std::string::npos);
-    const Result display = Run("display --help");
-    for (const char* word : {"--by-row", "--by-column", "--algebraic"}) {
-        EXPECT_NE(display.out.find(word), std::string::npos) << word;
-    }
-    EXPECT_NE(Run("dump --help").out.find("temp_lower"), std::string::npos);
 }

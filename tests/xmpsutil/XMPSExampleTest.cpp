@@ -1,5 +1,5 @@
-// The bundled example model reads, evaluates to finite values and survives a
-// write and read.
+// The bundled example model reads with its terms, evaluates to finite
+// values and survives a write and read.
 #include <cmath>
 #include <set>
 #include <string>
@@ -8,17 +8,8 @@
 
 using namespace xmpstest;
 
-namespace {
-Model ReadExample() {
-    Model m = NewModel();
-    XMPSReader reader(m.get(), false);
-    reader.ReadMPSFile((std::string(ZEM_SOURCE_DIR) + "/examples/refinery.xmps").c_str());
-    return m;
-}
-}  // namespace
-
-TEST(XMPSExample, RefineryReadsWithItsTerms) {
-    Model m = ReadExample();
+TEST(XMPSExample, RefineryReadsEvaluatesAndSurvivesAWriteAndRead) {
+    Model m = ReadFile(std::string(ZEM_SOURCE_DIR) + "/examples/refinery.xmps");
     std::set<int> types;
     for (INonLinearity* t : Terms(m.get())) types.insert(t->GetType());
     EXPECT_EQ(types, (std::set<int>{1, 2, 3, 4, 14, 15, 16, 20, 21, 91}));
@@ -26,30 +17,22 @@ TEST(XMPSExample, RefineryReadsWithItsTerms) {
     EXPECT_DOUBLE_EQ(Var(m.get(), "TEMP")->GetTempBoundLower(), 470.0);
     EXPECT_DOUBLE_EQ(Var(m.get(), "CRUDE1")->GetVarValue(), 60.0);
     EXPECT_EQ(Var(m.get(), "SULF1")->GetVarStatus(), ZEM_STATUS_FIXED);
-}
 
-TEST(XMPSExample, RefineryEvaluatesToFiniteValues) {
-    Model m = ReadExample();
-    INonLinearModel* nl = NL(m.get());
-    ASSERT_TRUE(nl->EvaluateModel());
-    ASSERT_TRUE(nl->EvaluateJacobian());
+    ASSERT_TRUE(NL(m.get())->EvaluateModel());
+    ASSERT_TRUE(NL(m.get())->EvaluateJacobian());
     ILPEquationList* eqns = Eqns(m.get());
     for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
         EXPECT_TRUE(std::isfinite(e->GetEqnValue())) << e->GetName();
     }
     // The octane row: blend octane (71 N + 98 R) / (N + R) minus RON.
-    const double expected = (71.0 * 30 + 98.0 * 20) / 50.0 - 81.8;
-    EXPECT_NEAR(Eqn(m.get(), "OCTANE")->GetEqnValue(), expected, 1e-9);
+    EXPECT_NEAR(Eqn(m.get(), "OCTANE")->GetEqnValue(), (71.0 * 30 + 98.0 * 20) / 50.0 - 81.8, 1e-9);
     ILPMatrix* matrix = Matrix(m.get());
     for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz != nullptr; nz = matrix->NextNonZeroObject()) {
         EXPECT_TRUE(std::isfinite(nz->GetPartialDeriv())) << nz->GetEquationPtr()->GetName();
     }
-}
 
-TEST(XMPSExample, RefinerySurvivesAWriteAndRead) {
-    Model m = ReadExample();
     Model back = Read(Write(m.get()));
     EXPECT_EQ(Terms(back.get()).size(), Terms(m.get()).size());
-    EXPECT_EQ(Matrix(back.get())->NumberOfNonZeros(), Matrix(m.get())->NumberOfNonZeros());
-    EXPECT_EQ(Eqns(back.get())->NumberOfEquations(), Eqns(m.get())->NumberOfEquations());
+    EXPECT_EQ(Matrix(back.get())->NumberOfNonZeros(), matrix->NumberOfNonZeros());
+    EXPECT_EQ(Eqns(back.get())->NumberOfEquations(), eqns->NumberOfEquations());
 }

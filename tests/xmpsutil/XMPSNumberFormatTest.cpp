@@ -14,21 +14,16 @@
 using namespace xmpsnum;
 
 namespace {
-std::string shortForm(double v) {
+template <int (*Form)(char*, double)>
+std::string Text(double v) {
     char b[kNumberBufSize];
-    ShortForm(b, v);
+    Form(b, v);
     return b;
 }
-std::string longForm(double v) {
-    char b[kNumberBufSize];
-    LongForm(b, v);
-    return b;
-}
-std::string constantForm(double v) {
-    char b[kNumberBufSize];
-    ConstantForm(b, v);
-    return b;
-}
+const auto shortForm = Text<ShortForm>;
+const auto longForm = Text<LongForm>;
+const auto constantForm = Text<ConstantForm>;
+const auto exactForm = Text<ExactForm>;
 // The forms spelt out with printf, as a reference.
 std::string shiftedByPrintf(double v, const char* fmt) {
     char b[64];
@@ -39,35 +34,27 @@ std::string shiftedByPrintf(double v, const char* fmt) {
 }
 }  // namespace
 
-TEST(XMPSNumberForms, ShortFormExamples) {
-    EXPECT_EQ(shortForm(1.2345), "0.123450E+01");
-    EXPECT_EQ(shortForm(-1.2345), "-.123450E+01");
-    EXPECT_EQ(shortForm(0.0), "0.000000E+00");
-    EXPECT_EQ(shortForm(250.0), "0.250000E+03");
-    EXPECT_EQ(shortForm(1e-7), "0.100000E-06");
-    EXPECT_EQ(shortForm(1e20), "0.100000E+21");
-    EXPECT_EQ(shortForm(1.0), "0.100000E+01");
-}
-
-TEST(XMPSNumberForms, SnapsNearPlusAndMinusOne) {
-    EXPECT_EQ(shortForm(0.999995), "0.100000E+01");
-    EXPECT_EQ(shortForm(-1.000004), "-.100000E+01");
-    EXPECT_EQ(longForm(1.000009), "0.1000000000E+01");
-    // Just outside the snapping band the value keeps its digits.
-    EXPECT_EQ(longForm(1.00002), "0.1000020000E+01");
-    EXPECT_EQ(longForm(-0.99998), "-.9999800000E+00");
-}
-
-TEST(XMPSNumberForms, LongFormExamples) {
-    EXPECT_EQ(longForm(1.2345), "0.1234500000E+01");
-    EXPECT_EQ(longForm(-250.125), "-.2501250000E+03");
-    EXPECT_EQ(longForm(-1e20), "-.1000000000E+21");
-}
-
-TEST(XMPSNumberForms, ConstantFormIsPrintfsText) {
-    EXPECT_EQ(constantForm(2.5), " 2.500000e+00");
-    EXPECT_EQ(constantForm(-0.001), "-1.000000e-03");
-    EXPECT_EQ(constantForm(0.0), " 0.000000e+00");
+TEST(XMPSNumberForms, Examples) {
+    struct {
+        std::string (*form)(double);
+        double value;
+        const char* text;
+    } cases[] = {
+        {shortForm, 1.2345, "0.123450E+01"},      {shortForm, -1.2345, "-.123450E+01"},
+        {shortForm, 0.0, "0.000000E+00"},         {shortForm, 250.0, "0.250000E+03"},
+        {shortForm, 1e-7, "0.100000E-06"},        {shortForm, 1e20, "0.100000E+21"},
+        {shortForm, 1.0, "0.100000E+01"},         {longForm, 1.2345, "0.1234500000E+01"},
+        {longForm, -250.125, "-.2501250000E+03"}, {longForm, -1e20, "-.1000000000E+21"},
+        // Snapping near plus and minus one; just outside the band the value
+        // keeps its digits.
+        {shortForm, 0.999995, "0.100000E+01"},    {shortForm, -1.000004, "-.100000E+01"},
+        {longForm, 1.000009, "0.1000000000E+01"}, {longForm, 1.00002, "0.1000020000E+01"},
+        {longForm, -0.99998, "-.9999800000E+00"},
+        // The constant form is printf's text.
+        {constantForm, 2.5, " 2.500000e+00"},     {constantForm, -0.001, "-1.000000e-03"},
+        {constantForm, 0.0, " 0.000000e+00"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.form(c.value), c.text) << c.value;
 }
 
 TEST(XMPSNumberForms, MatchPrintfOnRandomValues) {
@@ -151,16 +138,11 @@ TEST(XMPSNumberForms, ExactFormReadsBackExactly) {
     std::mt19937_64 rng(99);
     std::uniform_real_distribution<double> mant(-10.0, 10.0);
     std::uniform_int_distribution<int> expo(-30, 30);
-    char b[kNumberBufSize];
     for (int i = 0; i < 5000; ++i) {
         const double v = mant(rng) * std::pow(10.0, expo(rng));
-        ExactForm(b, v);
-        ASSERT_EQ(std::strtod(b, nullptr), v) << b;
+        ASSERT_EQ(std::strtod(exactForm(v).c_str(), nullptr), v) << exactForm(v);
     }
-    ExactForm(b, 250.0);
-    EXPECT_STREQ(b, "250");
-    ExactForm(b, -1e20);
-    EXPECT_STREQ(b, "-1e+20");
-    ExactForm(b, 0.999999);
-    EXPECT_STREQ(b, "0.999999");  // no snapping to 1
+    EXPECT_EQ(exactForm(250.0), "250");
+    EXPECT_EQ(exactForm(-1e20), "-1e+20");
+    EXPECT_EQ(exactForm(0.999999), "0.999999");  // no snapping to 1
 }

@@ -16,6 +16,7 @@
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/ZEMException.h"
+#include "mpsutil/MPSStdReader.h"
 #include "nlpdata/INonLinearModel.h"
 #include "nlpdata/INonLinearity.h"
 #include "xmpsutil/XMPSReader.h"
@@ -45,6 +46,17 @@ inline Model Read(const std::string& text) {
     return model;
 }
 
+// Reads a file by the extended reader, or by the standard one.
+inline Model ReadFile(const std::string& path, bool extended = true) {
+    Model model = NewModel();
+    if (extended) {
+        XMPSReader(model.get(), false).ReadMPSFile(path.c_str());
+    } else {
+        MPSStdReader(model.get()).ReadMPSFile(path.c_str());
+    }
+    return model;
+}
+
 inline std::string Write(IZEMMgr* model) {
     std::stringstream out;
     XMPSWriter writer(model);
@@ -52,26 +64,10 @@ inline std::string Write(IZEMMgr* model) {
     return out.str();
 }
 
-inline ILPVariableList* Vars(IZEMMgr* m) {
-    ILPVariableList* v = nullptr;
-    m->GetVariableCollectionIntf(&v);
-    return v;
-}
-inline ILPEquationList* Eqns(IZEMMgr* m) {
-    ILPEquationList* e = nullptr;
-    m->GetEquationCollectionIntf(&e);
-    return e;
-}
-inline ILPMatrix* Matrix(IZEMMgr* m) {
-    ILPMatrix* x = nullptr;
-    m->GetMatrixIntf(&x);
-    return x;
-}
-inline INonLinearModel* NL(IZEMMgr* m) {
-    INonLinearModel* n = nullptr;
-    m->GetNonLinearModelIntf(&n);
-    return n;
-}
+inline ILPVariableList* Vars(IZEMMgr* m) { ILPVariableList* v = nullptr; m->GetVariableCollectionIntf(&v); return v; }
+inline ILPEquationList* Eqns(IZEMMgr* m) { ILPEquationList* e = nullptr; m->GetEquationCollectionIntf(&e); return e; }
+inline ILPMatrix* Matrix(IZEMMgr* m) { ILPMatrix* x = nullptr; m->GetMatrixIntf(&x); return x; }
+inline INonLinearModel* NL(IZEMMgr* m) { INonLinearModel* n = nullptr; m->GetNonLinearModelIntf(&n); return n; }
 inline ILPVariable* Var(IZEMMgr* m, const char* name) { return Vars(m)->VarNameLookup(name); }
 inline ILPEquation* Eqn(IZEMMgr* m, const char* name) { return Eqns(m)->EqnNameLookup(name); }
 
@@ -85,6 +81,10 @@ std::vector<INonLinearity*> Terms(IZEMMgr* m);
 std::vector<double> Constants(INonLinearity* t);
 // Names of a term's variables, in argument order.
 std::vector<std::string> VarNames(INonLinearity* t);
+
+// Expects the same rows, columns, entries, terms, sets, groups and options:
+// numbers exactly, or within the precision of the written number forms.
+void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact);
 
 // The lines of a text.
 std::vector<std::string> Lines(const std::string& text);

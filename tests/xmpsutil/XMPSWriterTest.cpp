@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -38,10 +39,7 @@ std::string BoundCard(const char* key, const char* col, const char* value = null
 }
 
 bool Contains(const std::vector<std::string>& lines, const std::string& line) {
-    for (const std::string& l : lines) {
-        if (l == line) return true;
-    }
-    return false;
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
 }
 
 }  // namespace
@@ -51,14 +49,11 @@ TEST(XMPSWriterLayout, FramingAndSectionOrder) {
     m->SetModelTitle("PLANT");
     const std::vector<std::string> lines = Lines(Write(m.get()));
     ASSERT_GE(lines.size(), 10u);
-    EXPECT_EQ(lines[0], "<zemblockpersist type=\"XMPS\" version=\"7.2\">");
-    EXPECT_EQ(lines[1], "<zemXMPS>");
-    EXPECT_EQ(lines[2], "NAME PLANT");
-    EXPECT_EQ(lines[3], "XTNDFMT");
-    EXPECT_EQ(lines[4], "XLINEAR");
-    EXPECT_EQ(lines[lines.size() - 3], "ENDATA");
-    EXPECT_EQ(lines[lines.size() - 2], "</zemXMPS>");
-    EXPECT_EQ(lines[lines.size() - 1], "</zemblockpersist>");
+    EXPECT_EQ(std::vector<std::string>(lines.begin(), lines.begin() + 5),
+              (std::vector<std::string>{"<zemblockpersist type=\"XMPS\" version=\"7.2\">", "<zemXMPS>", "NAME PLANT",
+                                        "XTNDFMT", "XLINEAR"}));
+    EXPECT_EQ(std::vector<std::string>(lines.end() - 3, lines.end()),
+              (std::vector<std::string>{"ENDATA", "</zemXMPS>", "</zemblockpersist>"}));
     std::vector<std::string> headers;
     for (const std::string& l : lines) {
         if (!l.empty() && l[0] != ' ') headers.push_back(l);
@@ -69,34 +64,29 @@ TEST(XMPSWriterLayout, FramingAndSectionOrder) {
                            "</zemblockpersist>"}));
 }
 
-TEST(XMPSWriterLayout, CoefficientCardsAndNumberForms) {
+TEST(XMPSWriterLayout, CoefficientCardsNumberFormsAndRowLetters) {
     Model m = OneRowModel(0.999995);
     ILPEquation* e = Eqn(m.get(), "ROW");
     e->SetRHS(12.5);
     e->SetRange(-3.0);
-    const std::vector<std::string> lines = Lines(Write(m.get()));
-    EXPECT_TRUE(Contains(lines, CoefCard('L', "ROW", "0.100000E+01", "X")));
-    EXPECT_TRUE(Contains(lines, CoefCard('L', "ROW", "0.200000E+01", "Y")));
-    EXPECT_TRUE(Contains(lines, Fmt("    RHS1              %-16s  %17s", "ROW", "0.125000E+02")));
-    EXPECT_TRUE(Contains(lines, Fmt("    RNG1              %-16s  %17s", "ROW", "-.300000E+01")));
-}
-
-TEST(XMPSWriterLayout, ZeroCoefficientsAreNotWritten) {
-    Model m = OneRowModel(0.0);
-    const std::vector<std::string> lines = Lines(Write(m.get()));
-    EXPECT_FALSE(Contains(lines, CoefCard('L', "ROW", "0.000000E+00", "X")));
-    EXPECT_TRUE(Contains(lines, CoefCard('L', "ROW", "0.200000E+01", "Y")));
-    // X appears on no card, so BOUNDS names it to keep it.
-    EXPECT_TRUE(Contains(lines, BoundCard("PL", "X")));
-}
-
-TEST(XMPSWriterLayout, RowLetterCarriesOverForTypesWithoutOne) {
-    Model m = OneRowModel(1.0);
+    // A row type without a letter carries over the letter of the row before.
     Eqns(m.get())->InsertEquation("ODD")->SetType(6);
     ILPNonZero* nz = nullptr;
     m->InsertMatrixEntry("ODD", "X", 4.0, &nz);
     const std::vector<std::string> lines = Lines(Write(m.get()));
-    EXPECT_TRUE(Contains(lines, CoefCard('L', "ODD", "0.400000E+01", "X")));
+    for (const std::string& expected : {
+             CoefCard('L', "ROW", "0.100000E+01", "X"), CoefCard('L', "ROW", "0.200000E+01", "Y"),
+             CoefCard('L', "ODD", "0.400000E+01", "X"),
+             Fmt("    RHS1              %-16s  %17s", "ROW", "0.125000E+02"),
+             Fmt("    RNG1              %-16s  %17s", "ROW", "-.300000E+01")}) {
+        EXPECT_TRUE(Contains(lines, expected)) << expected;
+    }
+    // A zero coefficient is not written; X then appears on no card, so
+    // BOUNDS names it to keep it.
+    const std::vector<std::string> zero = Lines(Write(OneRowModel(0.0).get()));
+    EXPECT_FALSE(Contains(zero, CoefCard('L', "ROW", "0.000000E+00", "X")));
+    EXPECT_TRUE(Contains(zero, CoefCard('L', "ROW", "0.200000E+01", "Y")));
+    EXPECT_TRUE(Contains(zero, BoundCard("PL", "X")));
 }
 
 TEST(XMPSWriterLayout, KeywordTermsBreakEveryThreeVariablesAndListConstants) {
@@ -183,7 +173,7 @@ TEST(XMPSWriterLayout, BoundsTempBoundsAndInitialCards) {
     }
 }
 
-TEST(XMPSWriterErrors, NoModelNoStream) {
+TEST(XMPSWriterErrors, NoModelAndAFileThatCannotBeCreated) {
     XMPSWriter writer;
     std::stringstream out;
     ZEM_Exception e = Thrown([&] { writer.WriteMPSStream(&out); });
@@ -192,13 +182,9 @@ TEST(XMPSWriterErrors, NoModelNoStream) {
     EXPECT_EQ(e.Routine(), "XMPSWriter::WriteMPSStream");
     e = Thrown([&] { writer.WriteZEMMPSStream(&out); });
     EXPECT_EQ(e.Routine(), "XMPSWriter::WriteZEMMPSStream");
-}
-
-TEST(XMPSWriterErrors, FileThatCannotBeCreated) {
     Model m = OneRowModel(1.0);
-    XMPSWriter writer(m.get());
     try {
-        writer.WriteMPSFile("/nonexistent-directory/model.xmps");
+        XMPSWriter(m.get()).WriteMPSFile("/nonexistent-directory/model.xmps");
         FAIL() << "no exception";
     } catch (ZEM_ExcpFileError& e) {
         EXPECT_EQ(e.ErrorType(), eFileCreateForWrite);
