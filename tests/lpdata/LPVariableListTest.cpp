@@ -41,26 +41,36 @@ TEST(LPVariableList, InsertIsIdempotentByName) {
     EXPECT_EQ(list.VarNameLookup("x1"), nullptr);
     EXPECT_EQ(list.VarNameLookup("X1 "), nullptr);
     EXPECT_EQ(list.VarNameLookup(nullptr), nullptr);
+    // Adding an object that is already in the list changes nothing.
+    EXPECT_EQ(list.AddVariableObject(a), 1);
+    EXPECT_EQ(list.NumberOfVariables(), 1);
 }
 
-TEST(LPVariableList, RetrieveByIndex) {
+// Retrieval by position walks from the first entry: 0 takes no step, past
+// the end (or an empty list) gives null; the cursors end and restart.
+TEST(LPVariableList, RetrieveByIndexAndCursors) {
     LPVariableList list;
     ILPVariable* out = reinterpret_cast<ILPVariable*>(&list);
     list.RetrieveVariableObject(0, &out);
-    EXPECT_EQ(out, nullptr);  // empty list
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(list.FrstVariableObject(), nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
     ILPVariable* a = list.InsertVariable("A");
     ILPVariable* b = list.InsertVariable("B");
-    ILPVariable* c = list.InsertVariable("C");
-    list.RetrieveVariableObject(0, &out);
-    EXPECT_EQ(out, a);  // the walk takes no step
-    list.RetrieveVariableObject(1, &out);
-    EXPECT_EQ(out, a);
-    list.RetrieveVariableObject(2, &out);
-    EXPECT_EQ(out, b);
-    list.RetrieveVariableObject(3, &out);
-    EXPECT_EQ(out, c);
-    list.RetrieveVariableObject(4, &out);
-    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);  // walk ended before B existed
+    const struct {
+        int pos;
+        ILPVariable* expected;
+    } cases[] = {{0, a}, {1, a}, {2, b}, {3, nullptr}};
+    for (const auto& c : cases) {
+        list.RetrieveVariableObject(c.pos, &out);
+        EXPECT_EQ(out, c.expected) << c.pos;
+    }
+    EXPECT_EQ(list.FrstVariableObject(), a);
+    EXPECT_EQ(list.NextVariableObject(), b);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    EXPECT_EQ(list.FrstVariableObject(), a);
 }
 
 TEST(LPVariableList, RemoveRenumbersAndForgetsName) {
@@ -101,30 +111,6 @@ TEST(LPVariableList, EmptyTrashRemovesBatchOnce) {
     EXPECT_EQ(list.NumberOfVariables(), 7);
 }
 
-TEST(LPVariableList, DuplicateNamesKeepTheFirstInTheIndex) {
-    LPVariableList list;
-    ILPVariable* first = list.InsertVariable("X");
-    ILPVariable* second = nullptr;
-    list.CreateNewVariableObject(&second);
-    second->SetName("X");
-    EXPECT_EQ(list.AddVariableObject(second), 2);
-    EXPECT_EQ(list.VarNameLookup("X"), first);
-    list.RemoveVariable(second);
-    EXPECT_EQ(list.VarNameLookup("X"), first);
-    // Once the first is gone, the name finds the remaining one.
-    ILPVariable* third = nullptr;
-    list.CreateNewVariableObject(&third);
-    third->SetName("X");
-    list.AddVariableObject(third);
-    list.RemoveVariable(first);
-    EXPECT_EQ(list.VarNameLookup("X"), third);
-    EXPECT_EQ(third->GetIndex(), 1);
-    // Adding an object that is already in the list changes nothing.
-    EXPECT_EQ(list.AddVariableObject(third), 1);
-    EXPECT_EQ(list.NumberOfVariables(), 1);
-    EXPECT_EQ(list.NumberOfPersistedVariables(), 1);
-}
-
 TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
     LPVariableList list;
     ILPVariable* v = list.InsertVariable("OLD");
@@ -133,20 +119,6 @@ TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
     list.RemoveVariable(v);
     EXPECT_EQ(list.VarNameLookup("OLD"), nullptr);  // no dangling entry
     EXPECT_EQ(list.VarNameLookup("NEW"), nullptr);
-}
-
-TEST(LPVariableList, CursorsEndAndRestart) {
-    LPVariableList list;
-    EXPECT_EQ(list.FrstVariableObject(), nullptr);
-    EXPECT_EQ(list.NextVariableObject(), nullptr);
-    list.InsertVariable("A");
-    list.InsertVariable("B");
-    EXPECT_EQ(list.NextVariableObject(), nullptr);  // walk ended before B existed
-    EXPECT_STREQ(list.FrstVariableObject()->GetName(), "A");
-    EXPECT_STREQ(list.NextVariableObject()->GetName(), "B");
-    EXPECT_EQ(list.NextVariableObject(), nullptr);
-    EXPECT_EQ(list.NextVariableObject(), nullptr);
-    EXPECT_STREQ(list.FrstVariableObject()->GetName(), "A");
 }
 
 TEST(LPVariableList, ProcessCountsTypesAndComplementPairs) {
