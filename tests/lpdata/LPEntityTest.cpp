@@ -6,20 +6,6 @@
 #include "lpdata/LPNonZero.h"
 #include "lpdata/LPVariable.h"
 
-TEST(LPVariable, Defaults) {
-    LPVariable v;
-    EXPECT_EQ(v.GetVarValue(), 1.0);
-    EXPECT_EQ(v.GetBoundLower(), 0.0);
-    EXPECT_EQ(v.GetBoundUpper(), 1e20);
-    EXPECT_EQ(v.GetStepBound(), 2e20);
-    EXPECT_EQ(v.GetSampleBoundLower(), -1e20);
-    EXPECT_EQ(v.GetRelaxedBoundUpper(), 1e20);
-    EXPECT_EQ(v.GetVarType(), 1);
-    EXPECT_EQ(v.GetVarStatus(), 2);
-    EXPECT_EQ(v.GetComplementarityTarget(), nullptr);
-    EXPECT_STREQ(v.GetDescription(), "");
-}
-
 TEST(LPVariable, CopyIsDeep) {
     LPVariable a;
     a.SetName("X1");
@@ -46,29 +32,21 @@ TEST(LPVariable, Display) {
               " Number NonLinearities = 0\n\n");
 }
 
-TEST(LPEquation, Defaults) {
-    LPEquation e;
-    EXPECT_EQ(e.GetType(), 2);
-    EXPECT_EQ(e.GetEqnScale(), 1.0);
-    EXPECT_EQ(e.GetResidualValue(), 1e20);
-    EXPECT_EQ(e.GetRHS(), 0.0);
-}
-
-TEST(LPEquation, RangeProcessingByType) {
-    LPEquation ge;
-    ge.SetType(4);
-    ge.SetRHS(10);
-    ge.SetRange(-5);
-    EXPECT_EQ(ge.GetRHSLo(), 10);
-    EXPECT_EQ(ge.GetRHSUp(), 15);
-
-    LPEquation le;
-    le.SetType(3);
-    le.SetRHS(10);
-    le.SetRange(-5);
-    EXPECT_EQ(le.GetRHSLo(), 5);
-    EXPECT_EQ(le.GetRHSUp(), 10);
-
+// A range widens the row away from its rhs on the side the type leaves open;
+// an equality row keeps limits set directly.
+TEST(LPEquation, RangeAndLimitSettersByType) {
+    const struct {
+        int16_t type;
+        double lo, up;
+    } cases[] = {{4, 10, 15}, {3, 5, 10}};
+    for (const auto& c : cases) {
+        LPEquation e;
+        e.SetType(c.type);
+        e.SetRHS(10);
+        e.SetRange(-5);
+        EXPECT_EQ(e.GetRHSLo(), c.lo) << c.type;
+        EXPECT_EQ(e.GetRHSUp(), c.up) << c.type;
+    }
     LPEquation eq;
     eq.SetRHSLo(1);
     eq.SetRHSUp(2);
@@ -76,9 +54,7 @@ TEST(LPEquation, RangeProcessingByType) {
     eq.SetRange(-5);
     EXPECT_EQ(eq.GetRHSLo(), 1);
     EXPECT_EQ(eq.GetRHSUp(), 2);
-}
-
-TEST(LPEquation, LimitSettersMoveRhsOnlyOnTheirSide) {
+    // The limit setters move the rhs only on the row's own side.
     LPEquation le;
     le.SetType(3);
     le.SetRHSUp(7);

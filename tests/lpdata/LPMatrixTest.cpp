@@ -1,7 +1,5 @@
 #include "lpdata/LPMatrix.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <map>
 #include <random>
@@ -10,17 +8,16 @@
 #include <utility>
 #include <vector>
 
-#include "lpdata/ILPEquation.h"
-#include "lpdata/ILPNonZero.h"
-#include "lpdata/ILPVariable.h"
+#include "LPTestRig.h"
 #include "lpdata/LPEquation.h"
-#include "lpdata/LPEquationList.h"
 #include "lpdata/LPNonZero.h"
 #include "lpdata/LPVariable.h"
-#include "lpdata/LPVariableList.h"
-#include "lpdata/ZEMException.h"
+
+using lptest::ExpectError;
 
 namespace {
+
+using Strings = std::vector<std::string>;
 
 class MatrixTest : public ::testing::Test {
 protected:
@@ -38,13 +35,12 @@ protected:
         vars.RetrieveVariableObject(j, &v);
         return v;
     }
-    ILPNonZero* Add(int row, int col, double coef) {
-        ILPNonZero* nz = nullptr;
-        matrix.CreateNewNonZeroObject(&nz);
-        nz->SetEquationPtr(Row(row));
-        nz->SetVariablePtr(Col(col));
-        nz->SetCoefficient(coef);
-        return matrix.AddNonZeroObject(nz);
+    ILPNonZero* Add(int row, int col, double coef) { return lptest::AddEntry(matrix, Row(row), Col(col), coef); }
+    Strings Walk(ILPNonZero* (LPMatrix::*first)(), ILPNonZero* (LPMatrix::*next)()) {
+        Strings out;
+        for (ILPNonZero* nz = (matrix.*first)(); nz; nz = (matrix.*next)())
+            out.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
+        return out;
     }
     std::vector<std::string> RowWalk(int row) {
         std::vector<std::string> out;
@@ -70,41 +66,24 @@ protected:
     LPMatrix matrix{&vars, &eqns};
 };
 
-using Strings = std::vector<std::string>;
-
 }  // namespace
 
-TEST_F(MatrixTest, DuplicateEntriesAreSummed) {
-    ILPNonZero* first = Add(3, 5, 2.0);
-    ILPNonZero* second = Add(3, 5, 1.5);
-    EXPECT_EQ(first, second);
-    EXPECT_EQ(first->GetCoefficient(), 3.5);
-    EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
-    EXPECT_EQ(first->GetIndex(), 1);
-    EXPECT_EQ(matrix.NonZerosInRow(3), 1);
-    EXPECT_EQ(matrix.NonZerosInColumn(5), 1);
-    // Adding the kept object itself again changes nothing.
-    EXPECT_EQ(matrix.AddNonZeroObject(first), first);
-    EXPECT_EQ(first->GetCoefficient(), 3.5);
-}
-
 TEST_F(MatrixTest, DuplicatesInALongColumnAreSummed) {
+    ILPNonZero* first = Add(3, 5, 2.0);
+    EXPECT_EQ(Add(3, 5, 1.5), first);
+    EXPECT_EQ(first->GetCoefficient(), 3.5);
+    EXPECT_EQ(matrix.NonZerosInRow(3), 1);
+    EXPECT_EQ(matrix.AddNonZeroObject(first), first);  // adding the kept object again changes nothing
+    EXPECT_EQ(first->GetCoefficient(), 3.5);
     // Enough equations to take the column past the short-column scan.
     std::vector<ILPEquation*> rows;
     for (int i = 0; i < 100; ++i) rows.push_back(eqns.InsertEquation(("L" + std::to_string(i)).c_str()));
-    auto add = [&](ILPEquation* e, double c) {
-        ILPNonZero* nz = nullptr;
-        matrix.CreateNewNonZeroObject(&nz);
-        nz->SetEquationPtr(e);
-        nz->SetVariablePtr(Col(2));
-        nz->SetCoefficient(c);
-        return matrix.AddNonZeroObject(nz);
-    };
+    auto add = [&](ILPEquation* e, double c) { return lptest::AddEntry(matrix, e, Col(2), c); };
     for (ILPEquation* e : rows) add(e, 1.0);
     ILPNonZero* kept = add(rows[57], 4.0);
     EXPECT_EQ(kept->GetCoefficient(), 5.0);
     EXPECT_EQ(kept->GetEquationPtr(), rows[57]);
-    EXPECT_EQ(matrix.NumberOfNonZeros(), 100);
+    EXPECT_EQ(matrix.NumberOfNonZeros(), 101);
     EXPECT_EQ(matrix.ExistIncidence(rows[57]->GetIndex(), 2), kept);
     EXPECT_EQ(matrix.ExistIncidence(1, 2), nullptr);
     // A trashed entry no longer absorbs duplicates, and the new entry survives
@@ -126,18 +105,12 @@ TEST_F(MatrixTest, WalksInEveryOrder) {
     Add(1, 3, 3);
     Add(2, 3, 4);
     Add(1, 2, 5);
-    Strings inserted;
-    for (ILPNonZero* nz = matrix.FrstNonZeroObject(); nz; nz = matrix.NextNonZeroObject())
-        inserted.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
-    EXPECT_EQ(inserted, (Strings{"R2C1", "R1C1", "R1C3", "R2C3", "R1C2"}));
-    Strings byRow;
-    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByRow(); nz; nz = matrix.NextNonZeroObjectByRow())
-        byRow.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
-    EXPECT_EQ(byRow, (Strings{"R1C1", "R1C3", "R1C2", "R2C1", "R2C3"}));
-    Strings byCol;
-    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByColumn(); nz; nz = matrix.NextNonZeroObjectByColumn())
-        byCol.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
-    EXPECT_EQ(byCol, (Strings{"R2C1", "R1C1", "R1C2", "R1C3", "R2C3"}));
+    EXPECT_EQ(Walk(&LPMatrix::FrstNonZeroObject, &LPMatrix::NextNonZeroObject),
+              (Strings{"R2C1", "R1C1", "R1C3", "R2C3", "R1C2"}));
+    EXPECT_EQ(Walk(&LPMatrix::FrstNonZeroObjectByRow, &LPMatrix::NextNonZeroObjectByRow),
+              (Strings{"R1C1", "R1C3", "R1C2", "R2C1", "R2C3"}));
+    EXPECT_EQ(Walk(&LPMatrix::FrstNonZeroObjectByColumn, &LPMatrix::NextNonZeroObjectByColumn),
+              (Strings{"R2C1", "R1C1", "R1C2", "R1C3", "R2C3"}));
     EXPECT_EQ(RowWalk(1), (Strings{"C1", "C3", "C2"}));
     EXPECT_EQ(ColWalk(3), (Strings{"R1", "R2"}));
     EXPECT_EQ(RowWalk(4), Strings{});   // row without entries
@@ -169,14 +142,7 @@ TEST_F(MatrixTest, NonlinearEntriesAreRefusedAndNothingChanges) {
     Add(3, 5, 1.0);
     nz->IncrNonlinear();
     auto expectRefused = [&](auto op, const char* routine) {
-        try {
-            op();
-            ADD_FAILURE() << "no exception from " << routine;
-        } catch (const ZEM_Exception& e) {
-            EXPECT_EQ(e.Name(), "NonLinear Matrix Edit Error - Can't Remove NonLinear NonZeros");
-            EXPECT_EQ(e.Reason(), "NonZero : R3 : C4");
-            EXPECT_EQ(e.Routine(), routine);
-        }
+        ExpectError(op, "NonLinear Matrix Edit Error - Can't Remove NonLinear NonZeros", "NonZero : R3 : C4", routine);
     };
     expectRefused([&] { matrix.TrashNonZero(nz); }, "LPMatrix::TrasnNonZero");
     expectRefused([&] { matrix.RemoveNonZero(nz); }, "LPMatrix::RemoveNonZero");
@@ -189,14 +155,9 @@ TEST_F(MatrixTest, NonlinearEntriesAreRefusedAndNothingChanges) {
     EXPECT_EQ(RowWalk(3), (Strings{"C4", "C5"}));
 
     Row(3)->IncrNonlinear();
-    try {
-        matrix.EliminateEquation(Row(3));
-        ADD_FAILURE() << "no exception";
-    } catch (const ZEM_Exception& e) {
-        EXPECT_EQ(e.Name(), "NonLinear Matrix Edit Error - Can't Remove NonLinear Equation");
-        EXPECT_EQ(e.Reason(), "Equation : R3");
-        EXPECT_EQ(e.Routine(), "LPMatrix::EliminateEquation");
-    }
+    ExpectError([&] { matrix.EliminateEquation(Row(3)); },
+                "NonLinear Matrix Edit Error - Can't Remove NonLinear Equation", "Equation : R3",
+                "LPMatrix::EliminateEquation");
     EXPECT_EQ(matrix.NonZerosInRow(3), 2);
 }
 
@@ -205,14 +166,8 @@ TEST_F(MatrixTest, UnknownNonZeroCannotBeLocated) {
     LPNonZero stray;
     stray.SetEquationPtr(Row(1));
     stray.SetVariablePtr(Col(2));
-    try {
-        matrix.RemoveNonZero(&stray);
-        ADD_FAILURE() << "no exception";
-    } catch (const ZEM_Exception& e) {
-        EXPECT_EQ(e.Name(), "Matrix Structure Error - Unable to Locate NonZero object");
-        EXPECT_EQ(e.Routine(), "LPMatrix::EraseByRowNonZero");
-        EXPECT_EQ(e.Reason(), "NonZero : R1 : C2");
-    }
+    ExpectError([&] { matrix.RemoveNonZero(&stray); }, "Matrix Structure Error - Unable to Locate NonZero object",
+                "NonZero : R1 : C2", "LPMatrix::EraseByRowNonZero");
     stray.SetIndex(1);
     EXPECT_THROW(matrix.TrashNonZero(&stray), ZEM_Exception);
     EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
@@ -259,10 +214,8 @@ TEST_F(MatrixTest, DerivedRowsFollowRemovalsOfEmptyRows) {
     EXPECT_EQ(RowWalk(5), Strings{});
     EXPECT_EQ(matrix.NonZerosInRow(2), 3);
     Add(4, 1, 61);
-    Strings byRow;
-    for (ILPNonZero* nz = matrix.FrstNonZeroObjectByRow(); nz; nz = matrix.NextNonZeroObjectByRow())
-        byRow.push_back(std::string(nz->GetEquationPtr()->GetName()) + nz->GetVariablePtr()->GetName());
-    EXPECT_EQ(byRow, (Strings{"R1C1", "R3C2", "R3C1", "R3C5", "R5C6", "R6C4", "R6C1"}));
+    EXPECT_EQ(Walk(&LPMatrix::FrstNonZeroObjectByRow, &LPMatrix::NextNonZeroObjectByRow),
+              (Strings{"R1C1", "R3C2", "R3C1", "R3C5", "R5C6", "R6C4", "R6C1"}));
     // Removing a row that still had entries through the matrix first, and a
     // column through its list.
     matrix.EliminateEquation(Row(2));
@@ -286,13 +239,7 @@ TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
     matrix.CreateNewNonZeroObject(&nz);
     nz->SetEquationPtr(Row(1));
     nz->SetVariablePtr(&looseVar);
-    try {
-        matrix.AddNonZeroObject(nz);
-        ADD_FAILURE() << "no exception";
-    } catch (const ZEM_Exception& e) {
-        EXPECT_EQ(e.Name(), kIndexError);
-        EXPECT_EQ(e.Reason(), "NonZero : R1 : LV");
-    }
+    ExpectError([&] { matrix.AddNonZeroObject(nz); }, kIndexError, "NonZero : R1 : LV", "");
     nz->SetVariablePtr(nullptr);
     EXPECT_THROW(matrix.AddNonZeroObject(nz), ZEM_Exception);
     nz->Destroy();
@@ -308,13 +255,7 @@ TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
     bad->SetEquationPtr(&looseEqn);
     bad->SetVariablePtr(Col(2));
     ASSERT_EQ(matrix.AddNonZeroObject(bad), bad);
-    try {
-        matrix.NonZerosInRow(1);
-        ADD_FAILURE() << "no exception";
-    } catch (const ZEM_Exception& e) {
-        EXPECT_EQ(e.Name(), kIndexError);
-        EXPECT_EQ(e.Reason(), "NonZero : LE : C2");
-    }
+    ExpectError([&] { matrix.NonZerosInRow(1); }, kIndexError, "NonZero : LE : C2", "");
     EXPECT_THROW(matrix.RowFrstNonZeroObject(1), ZEM_Exception);
     matrix.RemoveNonZero(bad);
     EXPECT_EQ(matrix.NonZerosInRow(1), 1);
@@ -384,6 +325,16 @@ TEST_F(MatrixTest, RandomEditsMatchAReferenceModel) {
         ref.erase(key);
         order.erase(std::find(order.begin(), order.end(), key));
     };
+    auto forgetAll = [&](auto match) {
+        for (auto it = ref.begin(); it != ref.end();) {
+            if (match(it->first)) {
+                order.erase(std::find(order.begin(), order.end(), it->first));
+                it = ref.erase(it);
+            } else {
+                ++it;
+            }
+        }
+    };
 
     for (int round = 0; round < 30; ++round) {
         for (int k = 0; k < 60; ++k) {
@@ -419,15 +370,7 @@ TEST_F(MatrixTest, RandomEditsMatchAReferenceModel) {
             }
             case 2: {  // remove a column and its variable
                 ILPVariable* v = Col(1 + static_cast<int>(rng() % vars.NumberOfVariables()));
-                const std::string name = v->GetName();
-                for (auto it = ref.begin(); it != ref.end();) {
-                    if (it->first.second == name) {
-                        order.erase(std::find(order.begin(), order.end(), it->first));
-                        it = ref.erase(it);
-                    } else {
-                        ++it;
-                    }
-                }
+                forgetAll([&](const auto& key) { return key.second == v->GetName(); });
                 matrix.EliminateVariable(v);
                 vars.RemoveVariable(v);
                 vars.InsertVariable(("N" + std::to_string(round)).c_str());
@@ -435,15 +378,7 @@ TEST_F(MatrixTest, RandomEditsMatchAReferenceModel) {
             }
             case 3: {  // remove a row and its equation
                 ILPEquation* e = Row(1 + static_cast<int>(rng() % eqns.NumberOfEquations()));
-                const std::string name = e->GetName();
-                for (auto it = ref.begin(); it != ref.end();) {
-                    if (it->first.first == name) {
-                        order.erase(std::find(order.begin(), order.end(), it->first));
-                        it = ref.erase(it);
-                    } else {
-                        ++it;
-                    }
-                }
+                forgetAll([&](const auto& key) { return key.first == e->GetName(); });
                 matrix.EliminateEquation(e);
                 eqns.RemoveEquation(e);
                 eqns.InsertEquation(("M" + std::to_string(round)).c_str());

@@ -1,103 +1,25 @@
 // Binary records of the lists, the matrix, the set list and the collections:
 // layouts, version dispatch, round trips and damaged streams.
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <random>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
-#include "lpdata/ILPNonZero.h"
-#include "lpdata/LPEquationList.h"
-#include "lpdata/LPMatrix.h"
-#include "lpdata/LPSpOrdSet.h"
+#include "LPTestRig.h"
 #include "lpdata/LPVariableCollection.h"
-#include "lpdata/LPVariableList.h"
-#include "lpdata/ZEMBinaryIO.h"
-#include "lpdata/ZEMException.h"
+
+using namespace lptest;
 
 namespace {
-
-const unsigned char* Bytes(const std::string& s) { return reinterpret_cast<const unsigned char*>(s.data()); }
-
-// A read-only stream buffer that cannot seek, so readers cannot learn the
-// stream's size in advance.
-class NoSeekBuf : public std::streambuf {
-public:
-    explicit NoSeekBuf(std::string data) : m_data(std::move(data)) {
-        setg(&m_data[0], &m_data[0], &m_data[0] + m_data.size());
-    }
-
-private:
-    std::string m_data;
-};
-
-// Runs op and checks the exception's name, reason and routine.
-template <class Op>
-void ExpectError(Op op, const std::string& name, const std::string& reason, const std::string& routine) {
-    try {
-        op();
-        ADD_FAILURE() << "no exception, expected: " << reason;
-    } catch (const ZEM_Exception& e) {
-        EXPECT_EQ(e.Name(), name);
-        EXPECT_EQ(e.Reason(), reason);
-        EXPECT_EQ(e.Routine(), routine);
-    }
-}
-
-double R(std::mt19937& rng) { return std::uniform_real_distribution<double>(-1e6, 1e6)(rng); }
-
-void FillRandomVariables(LPVariableList& list, int n, std::mt19937& rng) {
-    for (int i = 0; i < n; ++i) {
-        ILPVariable* v = list.InsertVariable(("VAR_" + std::to_string(i) + std::string(rng() % 70, 'x')).c_str());
-        v->SetVarValue(R(rng));
-        v->SetBoundLower(R(rng));
-        v->SetBoundUpper(R(rng));
-        v->SetBaseValue(R(rng));
-        v->SetPersistentValue(R(rng));
-        v->SetTempBoundLower(R(rng));
-        v->SetStepBound(R(rng));
-        v->SetSampleBoundLower(R(rng));
-        v->SetSampleBoundUpper(R(rng));
-        v->SetVarType(static_cast<int16_t>(rng() % 5));
-        v->SetVarStatus(static_cast<int16_t>(rng() % 6));
-        v->SetNonlinear(static_cast<int>(rng() % 100) - 50);
-        v->SetVarShadowPrice(R(rng));
-    }
-}
-
-void FillRandomEquations(LPEquationList& list, int n, std::mt19937& rng) {
-    for (int i = 0; i < n; ++i) {
-        ILPEquation* e = list.InsertEquation(("EQN_" + std::to_string(i) + std::string(rng() % 70, 'y')).c_str());
-        e->SetType(static_cast<int16_t>(rng() % 6));
-        e->SetEqnValue(R(rng));
-        e->SetRHS(R(rng));
-        e->SetRange(R(rng));
-        e->SetBaseValue(R(rng));
-        e->SetShadowPrice(R(rng));
-        e->SetEqnScale(R(rng));
-    }
-}
-
 std::string Cut(const char* name) { return std::string(name).substr(0, 60); }
-
+const char* const kMgrError = "LPStdDataMgr Error";
 }  // namespace
 
 TEST(ListRecords, VariableRecordLayout) {
     LPVariableList list;
     ILPVariable* v = list.InsertVariable("X1");
     const double values[] = {1.5, -2, 3, 4, 5, 6, 7, 8, 9};
-    v->SetVarValue(values[0]);
-    v->SetBoundLower(values[1]);
-    v->SetBoundUpper(values[2]);
-    v->SetBaseValue(values[3]);
-    v->SetPersistentValue(values[4]);
-    v->SetTempBoundLower(values[5]);
-    v->SetStepBound(values[6]);
-    v->SetSampleBoundLower(values[7]);
-    v->SetSampleBoundUpper(values[8]);
+    for (int i = 0; i < 9; ++i) (v->*kVarDoubles[i])(values[i]);
     v->SetVarType(3);
     v->SetVarStatus(-5);
     v->SetNonlinear(70000);
@@ -119,10 +41,7 @@ TEST(ListRecords, EquationRecordLayout) {
     LPEquationList list;
     ILPEquation* e = list.InsertEquation("ROW");
     e->SetType(ZEM_EQN_GE);
-    e->SetEqnValue(1);
-    e->SetRHS(2);
-    e->SetRange(3);
-    e->SetBaseValue(4);
+    for (int i = 0; i < 4; ++i) (e->*kEqnDoubles[i])(i + 1.0);
     e->SetShadowPrice(5);
     e->SetEqnScale(6);
     std::ostringstream v5, v4;
@@ -131,8 +50,7 @@ TEST(ListRecords, EquationRecordLayout) {
     const std::string s = v5.str();
     ASSERT_EQ(s.size(), 56u + 4u + 4u);
     EXPECT_EQ(v4.str().size(), 48u + 4u + 4u);
-    const double expected[] = {1, 2, 3, 4};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(zembin::getF64(Bytes(s) + 8 * i), expected[i]);
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(zembin::getF64(Bytes(s) + 8 * i), i + 1.0);
     EXPECT_EQ(zembin::get16(Bytes(s) + 32), ZEM_EQN_GE);
     EXPECT_EQ(zembin::getF64(Bytes(s) + 40), 5);
     EXPECT_EQ(zembin::getF64(Bytes(s) + 48), 6);
@@ -243,75 +161,68 @@ TEST(ListRecords, DamagedVariableStreamsThrowAndAddNothing) {
     std::ostringstream os;
     src.StreamWrite4(&os);
     const std::string good = os.str();  // 3 * 88 records, count 9, names
-    const std::string kName = "LPStdDataMgr Error";
-    auto read = [](const std::string& bytes, int n) {
+    std::string zeroCount = good, hugeCount = good;
+    Put32At(zeroCount, 264, 0);
+    Put32At(hugeCount, 264, INT_MAX);
+    const std::string list = "Error during read of Variable List from binary file";
+    const std::string count = "Error during read of Variable name count from binary file";
+    const std::string names = "Error during read of Variable names from binary file";
+    const struct {
+        std::string bytes;
+        int n;
+        const std::string& reason;
+        const char* routine;
+    } cases[] = {{good.substr(0, 200), 3, list, "LPVariableList::StreamRead"},
+                 {good, 4, list, "LPVariableList::StreamRead"},
+                 {good, -1, list, "LPVariableList::StreamRead"},
+                 {good, INT_MAX, list, "LPVariableList::StreamRead"},
+                 {good.substr(0, 264 + 2), 3, count, "LPVariableList::StreamRead4"},
+                 {zeroCount, 3, count, "LPVariableList::StreamRead4"},
+                 {good.substr(0, good.size() - 1), 3, names, "LPVariableList::StreamRead4"},
+                 {hugeCount, 3, names, "LPVariableList::StreamRead4"}};
+    for (const auto& c : cases) {
         LPVariableList dst;
-        std::istringstream is(bytes);
+        std::istringstream is(c.bytes);
         ILPVariable** table = nullptr;
-        try {
-            dst.StreamRead4(n, &table, &is);
-        } catch (...) {
-            EXPECT_EQ(dst.NumberOfVariables(), 0);
-            EXPECT_EQ(table, nullptr);
-            throw;
-        }
-        delete[] table;
-    };
-    const std::string listError = "Error during read of Variable List from binary file";
-    ExpectError([&] { read(good.substr(0, 200), 3); }, kName, listError, "LPVariableList::StreamRead");
-    ExpectError([&] { read(good, 4); }, kName, listError, "LPVariableList::StreamRead");
-    ExpectError([&] { read(good, -1); }, kName, listError, "LPVariableList::StreamRead");
-    ExpectError([&] { read(good, INT_MAX); }, kName, listError, "LPVariableList::StreamRead");
-    ExpectError([&] { read(good.substr(0, 264 + 2), 3); }, kName,
-                "Error during read of Variable name count from binary file", "LPVariableList::StreamRead4");
-    std::string zeroCount = good;
-    zembin::put32(reinterpret_cast<unsigned char*>(&zeroCount[264]), 0);
-    ExpectError([&] { read(zeroCount, 3); }, kName,
-                "Error during read of Variable name count from binary file", "LPVariableList::StreamRead4");
-    ExpectError([&] { read(good.substr(0, good.size() - 1), 3); }, kName,
-                "Error during read of Variable names from binary file", "LPVariableList::StreamRead4");
-    std::string hugeCount = good;
-    zembin::put32(reinterpret_cast<unsigned char*>(&hugeCount[264]), INT_MAX);
-    ExpectError([&] { read(hugeCount, 3); }, kName, "Error during read of Variable names from binary file",
-                "LPVariableList::StreamRead4");
+        ExpectError([&] { dst.StreamRead4(c.n, &table, &is); }, kMgrError, c.reason, c.routine);
+        EXPECT_EQ(dst.NumberOfVariables(), 0);
+        EXPECT_EQ(table, nullptr);
+    }
+    // A stream that cannot tell its size fails on the count without allocating for it.
+    NoSeekBuf buf(good);
+    std::istream noSeek(&buf);
+    LPVariableList dst;
+    ExpectError([&] { dst.StreamRead4(INT_MAX, nullptr, &noSeek); }, kMgrError, list, "LPVariableList::StreamRead");
+    EXPECT_EQ(dst.NumberOfVariables(), 0);
+    // Appending refuses the oldest layout.
+    ExpectError([&] { dst.StreamReadSafe(0, nullptr, &noSeek, 1.05); }, "LPVariableList Error",
+                "Older formats not supported for SafeAppend from binary stream", "LPVariableList::StreamReadSafe");
 }
 
 TEST(ListRecords, DamagedEquationStreamsNameTheirRoutines) {
     LPEquationList src;
     src.InsertEquation("E");
-    std::ostringstream os;
-    src.StreamWrite5(&os);
-    const std::string good = os.str();
-    auto read5 = [&](const std::string& bytes) {
-        LPEquationList dst;
-        std::istringstream is(bytes);
-        dst.StreamRead(1, nullptr, &is, 2020.1);
-    };
-    ExpectError([&] { read5(good.substr(0, 50)); }, "LPStdDataMgr Error",
-                "Error during read of Equation List from binary file", "LPEquationList::StreamRead");
-    ExpectError([&] { read5(good.substr(0, 56)); }, "LPStdDataMgr Error",
-                "Error during read of Equation name count from binary file", "LPEquationList::StreamRead5");
-    ExpectError([&] { read5(good.substr(0, 61)); }, "LPStdDataMgr Error",
-                "Error during read of Equation names from binary file", "LPEquationList::StreamRead5");
-    std::ostringstream v4;
+    std::ostringstream v5, v4;
+    src.StreamWrite5(&v5);
     src.StreamWrite4(&v4);
-    LPEquationList dst;
-    std::istringstream is(v4.str().substr(0, 48));
-    ExpectError([&] { dst.StreamRead(1, nullptr, &is, 2016.0); }, "LPStdDataMgr Error",
-                "Error during read of Equation name count from binary file", "LPEquationList::StreamRead4");
-}
-
-TEST(ListRecords, UnseekableStreamWithAHugeCountFailsWithoutAllocatingForIt) {
-    LPVariableList src;
-    src.InsertVariable("A");
-    std::ostringstream os;
-    src.StreamWrite4(&os);
-    NoSeekBuf buf(os.str());
-    std::istream is(&buf);
-    LPVariableList dst;
-    ExpectError([&] { dst.StreamRead4(INT_MAX, nullptr, &is); }, "LPStdDataMgr Error",
-                "Error during read of Variable List from binary file", "LPVariableList::StreamRead");
-    EXPECT_EQ(dst.NumberOfVariables(), 0);
+    const struct {
+        std::string bytes;
+        double version;
+        const char* reason;
+        const char* routine;
+    } cases[] = {
+        {v5.str().substr(0, 50), 2020.1, "Error during read of Equation List from binary file", "LPEquationList::StreamRead"},
+        {v5.str().substr(0, 56), 2020.1, "Error during read of Equation name count from binary file",
+         "LPEquationList::StreamRead5"},
+        {v5.str().substr(0, 61), 2020.1, "Error during read of Equation names from binary file",
+         "LPEquationList::StreamRead5"},
+        {v4.str().substr(0, 48), 2016.0, "Error during read of Equation name count from binary file",
+         "LPEquationList::StreamRead4"}};
+    for (const auto& c : cases) {
+        LPEquationList dst;
+        std::istringstream is(c.bytes);
+        ExpectError([&] { dst.StreamRead(1, nullptr, &is, c.version); }, kMgrError, c.reason, c.routine);
+    }
 }
 
 TEST(ListRecords, ShortNameBlockAddsOnlyTheNamedEntities) {
@@ -367,38 +278,7 @@ TEST(ListRecords, ReadNamesAreIndexedLikeSingleInsertions) {
     delete[] table;
 }
 
-TEST(ListRecords, SafeAppendRefusesOldVariableFormats) {
-    LPVariableList dst;
-    std::istringstream is("");
-    ExpectError([&] { dst.StreamReadSafe(0, nullptr, &is, 1.05); }, "LPVariableList Error",
-                "Older formats not supported for SafeAppend from binary stream",
-                "LPVariableList::StreamReadSafe");
-    ILPVariable** table = nullptr;
-    dst.StreamReadSafe(0, &table, &is, 1.06);
-    delete[] table;
-}
-
 // ---- matrix, sets and collections against the list tables ---------------------
-
-namespace {
-
-struct Model {
-    LPVariableList vars;
-    LPEquationList eqns;
-    LPMatrix matrix{&vars, &eqns};
-    LPSpOrdSetList sets;
-};
-
-ILPNonZero* AddEntry(Model& m, ILPEquation* e, ILPVariable* v, double c) {
-    ILPNonZero* nz = nullptr;
-    m.matrix.CreateNewNonZeroObject(&nz);
-    nz->SetEquationPtr(e);
-    nz->SetVariablePtr(v);
-    nz->SetCoefficient(c);
-    return m.matrix.AddNonZeroObject(nz);
-}
-
-}  // namespace
 
 // A whole model written, read into fresh containers and written again gives
 // the same bytes; the matrix read back answers by row and column as the
@@ -412,7 +292,7 @@ TEST(ModelRecords, RandomModelRoundTrips) {
     std::vector<ILPEquation*> es;
     for (ILPVariable* v = src.vars.FrstVariableObject(); v; v = src.vars.NextVariableObject()) vs.push_back(v);
     for (ILPEquation* e = src.eqns.FrstEquationObject(); e; e = src.eqns.NextEquationObject()) es.push_back(e);
-    for (int k = 0; k < 900; ++k) AddEntry(src, es[rng() % es.size()], vs[rng() % vs.size()], R(rng));
+    for (int k = 0; k < 900; ++k) AddEntry(src.matrix, es[rng() % es.size()], vs[rng() % vs.size()], R(rng));
     for (int s = 0; s < 7; ++s) {
         ILPSpOrdSet* set = nullptr;
         src.sets.CreateNewSpOrdSetObject(&set);
@@ -474,8 +354,8 @@ TEST(ModelRecords, NonzerosOfBlockRowsAreNotWritten) {
     ILPEquation* r1 = m.eqns.InsertEquation("R1");
     ILPEquation* blk = m.eqns.InsertEquation("BLK");
     blk->SetBlkMember(2);
-    AddEntry(m, r1, x, 1);
-    AddEntry(m, blk, x, 2);
+    AddEntry(m.matrix, r1, x, 1);
+    AddEntry(m.matrix, blk, x, 2);
     std::ostringstream os;
     m.matrix.StreamWrite(&os);
     ASSERT_EQ(os.str().size(), 16u);
@@ -484,60 +364,35 @@ TEST(ModelRecords, NonzerosOfBlockRowsAreNotWritten) {
     EXPECT_EQ(zembin::getF64(Bytes(os.str()) + 8), 1.0);
 }
 
-TEST(ModelRecords, DamagedNonzeroStreams) {
-    Model m;
-    ILPVariable* vars[] = {m.vars.InsertVariable("X"), nullptr};
-    ILPEquation* eqns[] = {m.eqns.InsertEquation("R"), nullptr};
-    auto record = [](int32_t v, int32_t e) {
-        unsigned char rec[16] = {};
-        zembin::put32(rec, v);
-        zembin::put32(rec + 4, e);
-        zembin::putF64(rec + 8, 1.0);
-        return std::string(reinterpret_cast<char*>(rec), 16);
-    };
-    const std::string error = "Error during read of NonZero List from binary file";
-    auto read = [&](const std::string& bytes, int n) {
-        std::istringstream is(bytes);
-        m.matrix.StreamRead(n, nullptr, vars, eqns, &is);
-    };
-    ExpectError([&] { read(record(1, 1).substr(0, 10), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
-    ExpectError([&] { read(record(2, 1), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
-    ExpectError([&] { read(record(1, 0), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
-    ExpectError([&] { read(record(-7, 1), 1); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
-    ExpectError([&] { read(record(1, 1), INT_MAX); }, "LPStdDataMgr Error", error, "LPMatrix::StreamRead");
-    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
-    read(record(1, 1) + record(1, 1), 2);  // duplicate records are stored as read
-    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 2);
-}
-
-namespace {
-std::string NonzeroRecord(int32_t v, int32_t e, double c) {
-    unsigned char rec[16] = {};
-    zembin::put32(rec, v);
-    zembin::put32(rec + 4, e);
-    zembin::putF64(rec + 8, c);
-    return std::string(reinterpret_cast<char*>(rec), 16);
-}
-}  // namespace
-
 // The whole section is checked before any entry joins the matrix.
-TEST(ModelRecords, BadNonzeroRecordAfterGoodOnesAddsNothing) {
+TEST(ModelRecords, DamagedNonzeroStreamsAddNothing) {
     Model m;
     ILPVariable* vars[] = {m.vars.InsertVariable("X"), nullptr};
     ILPEquation* eqns[] = {m.eqns.InsertEquation("R"), nullptr};
-    const std::string bytes = NonzeroRecord(1, 1, 1.0) + NonzeroRecord(1, 1, 2.0) + NonzeroRecord(1, 9, 3.0);
-    std::istringstream is(bytes);
-    ExpectError([&] { m.matrix.StreamRead(3, nullptr, vars, eqns, &is); }, "LPStdDataMgr Error",
-                "Error during read of NonZero List from binary file", "LPMatrix::StreamRead");
-    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
-    EXPECT_EQ(m.matrix.NonZerosInColumn(1), 0);
-    // The same count on a stream that cannot tell its size fails the same way.
-    NoSeekBuf buf(bytes);
+    const std::string good = NonzeroRecord(1, 1, 1.0);
+    const struct {
+        std::string bytes;
+        int n;
+    } cases[] = {{good.substr(0, 10), 1},
+                 {NonzeroRecord(2, 1, 1.0), 1},
+                 {NonzeroRecord(1, 0, 1.0), 1},
+                 {NonzeroRecord(-7, 1, 1.0), 1},
+                 {good, INT_MAX},
+                 {good + NonzeroRecord(1, 1, 2.0) + NonzeroRecord(1, 9, 3.0), 3}};
+    for (const auto& c : cases) {
+        std::istringstream is(c.bytes);
+        ExpectError([&] { m.matrix.StreamRead(c.n, nullptr, vars, eqns, &is); }, kMgrError,
+                    "Error during read of NonZero List from binary file", "LPMatrix::StreamRead");
+        EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
+        EXPECT_EQ(m.matrix.NonZerosInColumn(1), 0);
+    }
+    NoSeekBuf buf(good + good);
     std::istream unsized(&buf);
-    ExpectError([&] { m.matrix.StreamRead(INT_MAX, nullptr, vars, eqns, &unsized); },
-                "LPStdDataMgr Error", "Error during read of NonZero List from binary file",
-                "LPMatrix::StreamRead");
-    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 0);
+    ExpectError([&] { m.matrix.StreamRead(INT_MAX, nullptr, vars, eqns, &unsized); }, kMgrError,
+                "Error during read of NonZero List from binary file", "LPMatrix::StreamRead");
+    std::istringstream dup(good + good);
+    m.matrix.StreamRead(2, nullptr, vars, eqns, &dup);  // duplicate records are stored as read
+    EXPECT_EQ(m.matrix.NumberOfNonZeros(), 2);
 }
 
 // Records read into columns that already hold entries (an append) go after
@@ -549,8 +404,8 @@ TEST(ModelRecords, NonzerosReadIntoExistingColumnsFollowTheirEntries) {
     ILPEquation* r1 = m.eqns.InsertEquation("R1");
     ILPEquation* r2 = m.eqns.InsertEquation("R2");
     ILPEquation* r3 = m.eqns.InsertEquation("R3");
-    AddEntry(m, r1, x, 1.0);
-    AddEntry(m, r2, x, 2.0);
+    AddEntry(m.matrix, r1, x, 1.0);
+    AddEntry(m.matrix, r2, x, 2.0);
     // Tables in file order: Y first, so table positions differ from indices.
     ILPVariable* vars[] = {y, x, nullptr};
     ILPEquation* eqns[] = {r3, r1, nullptr};
@@ -575,7 +430,7 @@ TEST(ModelRecords, NonzerosReadIntoExistingColumnsFollowTheirEntries) {
     EXPECT_EQ(table[20]->GetIndex(), 23);
     EXPECT_EQ(m.matrix.ExistIncidence(r2->GetIndex(), x->GetIndex())->GetCoefficient(), 2.0);
     // A later duplicate through the model is summed into the first R3 entry.
-    AddEntry(m, r3, x, 0.5);
+    AddEntry(m.matrix, r3, x, 0.5);
     EXPECT_EQ(table[0]->GetCoefficient(), 10.5);
     delete[] table;
 }
@@ -594,31 +449,30 @@ TEST(ModelRecords, DamagedSetStreams) {
     src.StreamWrite(&os);
     const std::string good = os.str();
     ASSERT_EQ(good.size(), 68u + 8u);
-    const std::string error = "Error during read of SpOrdSet List from binary file";
+    std::string badIndex = good, negative = good;
+    Put32At(badIndex, 72, 3);
+    Put32At(negative, 64, -1);
+    // Member counts that do not add up to the total are refused even when the
+    // stream holds enough bytes.
+    const struct {
+        std::string bytes;
+        int nSets, nMembers;
+    } cases[] = {{good.substr(0, 60), 1, 2}, {good.substr(0, 72), 1, 2}, {good, 1, 3},
+                 {good + std::string(4, '\1'), 1, 3}, {good, INT_MAX, 2}, {badIndex, 1, 2},
+                 {negative, 1, -1}};
     auto read = [&](const std::string& bytes, int nSets, int nMembers) {
         std::istringstream is(bytes);
         m.sets.StreamRead(nSets, nMembers, nullptr, vars, &is);
     };
-    ExpectError([&] { read(good.substr(0, 60), 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
-    ExpectError([&] { read(good.substr(0, 72), 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
-    ExpectError([&] { read(good, 1, 3); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
-    // Member counts that do not add up to the total are refused even when the
-    // stream holds enough bytes.
-    ExpectError([&] { read(good + std::string(4, '\1'), 1, 3); }, "LPStdDataMgr Error", error,
-                "LPSpOrdSetList::StreamRead");
-    ExpectError([&] { read(good, INT_MAX, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
-    std::string badIndex = good;
-    zembin::put32(reinterpret_cast<unsigned char*>(&badIndex[72]), 3);
-    ExpectError([&] { read(badIndex, 1, 2); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
-    std::string negative = good;
-    zembin::put32(reinterpret_cast<unsigned char*>(&negative[64]), -1);
-    ExpectError([&] { read(negative, 1, -1); }, "LPStdDataMgr Error", error, "LPSpOrdSetList::StreamRead");
+    for (const auto& c : cases)
+        ExpectError([&] { read(c.bytes, c.nSets, c.nMembers); }, kMgrError,
+                    "Error during read of SpOrdSet List from binary file", "LPSpOrdSetList::StreamRead");
     EXPECT_EQ(m.sets.NumberOfSpOrdSets(), 0);
 
     read(good, 1, 2);
     EXPECT_EQ(m.sets.NumberOfSpOrdSets(), 1);
     std::istringstream again(good);
-    ExpectError([&] { m.sets.StreamReadSafe(1, 2, nullptr, vars, &again); }, "LPStdDataMgr Error",
+    ExpectError([&] { m.sets.StreamReadSafe(1, 2, nullptr, vars, &again); }, kMgrError,
                 "Error Safe Append - SOS of same name already exists", "LPSpOrdSetList::StreamReadSafe");
     EXPECT_EQ(m.sets.NumberOfSpOrdSets(), 1);
 }
@@ -642,21 +496,16 @@ TEST(ModelRecords, CollectionRecordLayoutAndDamage) {
     EXPECT_EQ(zembin::get32(Bytes(good) + 72), 2);
 
     const std::string error = "Error during read of Variable Collection from binary file";
-    auto read = [&](const std::string& bytes) {
-        LPVariableCollection back;
-        std::istringstream is(bytes);
-        back.StreamRead(vars, &is);
-    };
     const std::string kName = "LPVariableCollection Error";
     const std::string kRoutine = "LPVariableCollection::StreamRead";
-    ExpectError([&] { read(good.substr(0, 71)); }, kName, error, kRoutine);
-    ExpectError([&] { read(good.substr(0, 74)); }, kName, error, kRoutine);
-    std::string badIndex = good;
-    zembin::put32(reinterpret_cast<unsigned char*>(&badIndex[72]), 5);
-    ExpectError([&] { read(badIndex); }, kName, error, kRoutine);
-    std::string hugeCount = good;
-    zembin::put32(reinterpret_cast<unsigned char*>(&hugeCount[64]), INT_MAX);
-    ExpectError([&] { read(hugeCount); }, kName, error, kRoutine);
+    std::string badIndex = good, hugeCount = good;
+    Put32At(badIndex, 72, 5);
+    Put32At(hugeCount, 64, INT_MAX);
+    for (const std::string& bytes : {good.substr(0, 71), good.substr(0, 74), badIndex, hugeCount}) {
+        LPVariableCollection back;
+        std::istringstream is(bytes);
+        ExpectError([&] { back.StreamRead(vars, &is); }, kName, error, kRoutine);
+    }
     NoSeekBuf buf(hugeCount);
     std::istream noSeek(&buf);
     LPVariableCollection back;

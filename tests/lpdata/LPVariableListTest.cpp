@@ -41,49 +41,51 @@ TEST(LPVariableList, InsertIsIdempotentByName) {
     EXPECT_EQ(list.VarNameLookup("x1"), nullptr);
     EXPECT_EQ(list.VarNameLookup("X1 "), nullptr);
     EXPECT_EQ(list.VarNameLookup(nullptr), nullptr);
+    // Adding an object that is already in the list changes nothing.
+    EXPECT_EQ(list.AddVariableObject(a), 1);
+    EXPECT_EQ(list.NumberOfVariables(), 1);
 }
 
-TEST(LPVariableList, RetrieveByIndex) {
+// Retrieval by position walks from the first entry: 0 takes no step, past
+// the end (or an empty list) gives null; the cursors end and restart.
+TEST(LPVariableList, RetrieveByIndexAndCursors) {
     LPVariableList list;
     ILPVariable* out = reinterpret_cast<ILPVariable*>(&list);
     list.RetrieveVariableObject(0, &out);
-    EXPECT_EQ(out, nullptr);  // empty list
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(list.FrstVariableObject(), nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
     ILPVariable* a = list.InsertVariable("A");
     ILPVariable* b = list.InsertVariable("B");
-    ILPVariable* c = list.InsertVariable("C");
-    list.RetrieveVariableObject(0, &out);
-    EXPECT_EQ(out, a);  // the walk takes no step
-    list.RetrieveVariableObject(1, &out);
-    EXPECT_EQ(out, a);
-    list.RetrieveVariableObject(2, &out);
-    EXPECT_EQ(out, b);
-    list.RetrieveVariableObject(3, &out);
-    EXPECT_EQ(out, c);
-    list.RetrieveVariableObject(4, &out);
-    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);  // walk ended before B existed
+    const struct {
+        int pos;
+        ILPVariable* expected;
+    } cases[] = {{0, a}, {1, a}, {2, b}, {3, nullptr}};
+    for (const auto& c : cases) {
+        list.RetrieveVariableObject(c.pos, &out);
+        EXPECT_EQ(out, c.expected) << c.pos;
+    }
+    EXPECT_EQ(list.FrstVariableObject(), a);
+    EXPECT_EQ(list.NextVariableObject(), b);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    EXPECT_EQ(list.NextVariableObject(), nullptr);
+    EXPECT_EQ(list.FrstVariableObject(), a);
 }
 
-TEST(LPVariableList, RemoveRenumbersAndForgetsName) {
+// Single removal and trash batches renumber and forget names; strangers and
+// repeats are ignored.
+TEST(LPVariableList, RemoveAndEmptyTrashRenumberOnce) {
     LPVariableList list;
-    for (const char* n : {"A", "B", "C", "D"}) list.InsertVariable(n);
-    list.RemoveVariable(list.VarNameLookup("B"));
-    EXPECT_EQ(NamesInOrder(list), (std::vector<std::string>{"A", "C", "D"}));
-    ExpectConsecutive(list);
-    EXPECT_EQ(list.VarNameLookup("B"), nullptr);
-    EXPECT_EQ(list.VarNameLookup("D")->GetIndex(), 3);
-    EXPECT_EQ(list.NumberOfPersistedVariables(), 3);
-    // A variable that is not in the list is left alone.
+    for (int i = 1; i <= 11; ++i) list.InsertVariable(("V" + std::to_string(i)).c_str());
     LPVariable stranger;
     list.RemoveVariable(&stranger);
     list.RemoveVariable(nullptr);
-    EXPECT_EQ(list.NumberOfVariables(), 3);
-}
-
-TEST(LPVariableList, EmptyTrashRemovesBatchOnce) {
-    LPVariableList list;
-    for (int i = 1; i <= 10; ++i) list.InsertVariable(("V" + std::to_string(i)).c_str());
+    list.RemoveVariable(list.VarNameLookup("V5"));
+    EXPECT_EQ(list.VarNameLookup("V5"), nullptr);
+    EXPECT_EQ(list.VarNameLookup("V6")->GetIndex(), 5);
+    EXPECT_EQ(list.NumberOfPersistedVariables(), 10);
     const uint64_t epoch = list.RenumberEpoch();
-    LPVariable stranger;
     list.TrashVariable(list.VarNameLookup("V2"));
     list.TrashVariable(list.VarNameLookup("V7"));
     list.TrashVariable(list.VarNameLookup("V7"));  // twice: removed once
@@ -92,37 +94,13 @@ TEST(LPVariableList, EmptyTrashRemovesBatchOnce) {
     EXPECT_EQ(list.NumberOfVariables(), 10);  // trashing alone removes nothing
     list.EmptyTrash();
     EXPECT_EQ(NamesInOrder(list),
-              (std::vector<std::string>{"V1", "V3", "V4", "V5", "V6", "V8", "V9"}));
+              (std::vector<std::string>{"V1", "V3", "V4", "V6", "V8", "V9", "V11"}));
     ExpectConsecutive(list);
     EXPECT_EQ(list.NumberOfPersistedVariables(), 7);
     EXPECT_EQ(list.VarNameLookup("V7"), nullptr);
     EXPECT_EQ(list.RenumberEpoch(), epoch + 1);
     list.EmptyTrash();  // nothing left in the trash
     EXPECT_EQ(list.NumberOfVariables(), 7);
-}
-
-TEST(LPVariableList, DuplicateNamesKeepTheFirstInTheIndex) {
-    LPVariableList list;
-    ILPVariable* first = list.InsertVariable("X");
-    ILPVariable* second = nullptr;
-    list.CreateNewVariableObject(&second);
-    second->SetName("X");
-    EXPECT_EQ(list.AddVariableObject(second), 2);
-    EXPECT_EQ(list.VarNameLookup("X"), first);
-    list.RemoveVariable(second);
-    EXPECT_EQ(list.VarNameLookup("X"), first);
-    // Once the first is gone, the name finds the remaining one.
-    ILPVariable* third = nullptr;
-    list.CreateNewVariableObject(&third);
-    third->SetName("X");
-    list.AddVariableObject(third);
-    list.RemoveVariable(first);
-    EXPECT_EQ(list.VarNameLookup("X"), third);
-    EXPECT_EQ(third->GetIndex(), 1);
-    // Adding an object that is already in the list changes nothing.
-    EXPECT_EQ(list.AddVariableObject(third), 1);
-    EXPECT_EQ(list.NumberOfVariables(), 1);
-    EXPECT_EQ(list.NumberOfPersistedVariables(), 1);
 }
 
 TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
@@ -133,20 +111,6 @@ TEST(LPVariableList, RenamedVariableIsRemovedFromTheIndex) {
     list.RemoveVariable(v);
     EXPECT_EQ(list.VarNameLookup("OLD"), nullptr);  // no dangling entry
     EXPECT_EQ(list.VarNameLookup("NEW"), nullptr);
-}
-
-TEST(LPVariableList, CursorsEndAndRestart) {
-    LPVariableList list;
-    EXPECT_EQ(list.FrstVariableObject(), nullptr);
-    EXPECT_EQ(list.NextVariableObject(), nullptr);
-    list.InsertVariable("A");
-    list.InsertVariable("B");
-    EXPECT_EQ(list.NextVariableObject(), nullptr);  // walk ended before B existed
-    EXPECT_STREQ(list.FrstVariableObject()->GetName(), "A");
-    EXPECT_STREQ(list.NextVariableObject()->GetName(), "B");
-    EXPECT_EQ(list.NextVariableObject(), nullptr);
-    EXPECT_EQ(list.NextVariableObject(), nullptr);
-    EXPECT_STREQ(list.FrstVariableObject()->GetName(), "A");
 }
 
 TEST(LPVariableList, ProcessCountsTypesAndComplementPairs) {

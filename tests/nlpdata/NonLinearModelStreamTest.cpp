@@ -252,10 +252,7 @@ TEST_F(NonLinearModelStream, EmptyPoolAndBlockMembers) {
         EXPECT_EQ(bs.str(), std::string(4, '\0')) << version;  // only the empty block list
     }
     EXPECT_EQ(m.model->NumberOfPersistedNonLinearities(), 0);
-}
-
-TEST_F(NonLinearModelStream, CountZeroReadsNothing) {
-    ModelRig b;
+    ModelRig b;  // a count of zero reads nothing
     ReadInto(b, "", 2020.1, 0);
     EXPECT_EQ(b.model->NumberOfNonLinearities(), 0);
 }
@@ -270,6 +267,7 @@ void ExpectReadError(NonLinearModelStream* f, ModelRig& b, const std::string& by
         b.model->StreamRead(version, count, t.vars.data(), t.eqns.data(), t.nzs.data(), &is);
         ADD_FAILURE() << "no exception";
     } catch (ZEM_Exception& e) {
+        if (name.empty()) return;  // only the refusal is checked
         EXPECT_EQ(e.Name(), name);
         EXPECT_EQ(e.Reason().substr(0, reasonStart.size()), reasonStart);
         EXPECT_EQ(e.Routine(), "NonLinearModel::StreamRead");
@@ -277,30 +275,34 @@ void ExpectReadError(NonLinearModelStream* f, ModelRig& b, const std::string& by
     EXPECT_EQ(b.model->NumberOfNonLinearities(), 0);
 }
 
-TEST_F(NonLinearModelStream, ShortRecordsAndArrays) {
-    const std::string s = Section(2009.5);
-    ModelRig b1, b2;
-    ExpectReadError(this, b1, s.substr(0, 3 * 520 + 7), 2009.5, 4, "ZEMDataMgr Error",
-                    "Error during read of NonLinearity List from binary file");
-    ExpectReadError(this, b2, s.substr(0, 4 * 520 + 10), 2009.5, 4, "ZEMDataMgr Error",
-                    "Error during read of NonLinearity List from binary file");
-}
-
-TEST_F(NonLinearModelStream, V5NameBlockErrors) {
-    const std::string s = Section(2020.1);
-    std::string zeroLength = s;
+TEST_F(NonLinearModelStream, ShortSectionsAndNameBlockErrors) {
+    const std::string v4 = Section(2009.5), v5 = Section(2020.1);
+    std::string zeroLength = v5, fewNames = v5;
     zembin::put32(reinterpret_cast<unsigned char*>(&zeroLength[80]), 0);
-    ModelRig b1, b2, b3;
-    ExpectReadError(this, b1, zeroLength, 2020.1, 4, "LPStdDataMgr Error",
-                    "Error during read of NonLinearity name count from binary file");
-    ExpectReadError(this, b2, s.substr(0, 84 + 10), 2020.1, 4, "ZEMDataMgr Error",
-                    "Error during read of NonLinearity names from binary file");
     // A block without enough terminators for the terms.
-    std::string fewNames = s;
     for (size_t i = 84; i < 84 + 30; ++i)
         if (fewNames[i] == '\0') fewNames[i] = 'Q';
-    ExpectReadError(this, b3, fewNames, 2020.1, 4, "ZEMDataMgr Error",
-                    "Error during read of NonLinearity names from binary file");
+    const char* list = "Error during read of NonLinearity List from binary file";
+    const char* names = "Error during read of NonLinearity names from binary file";
+    const struct {
+        std::string bytes;
+        double version;
+        const char* name;
+        const char* reason;
+    } cases[] = {{v4.substr(0, 3 * 520 + 7), 2009.5, "ZEMDataMgr Error", list},
+                 {v4.substr(0, 4 * 520 + 10), 2009.5, "ZEMDataMgr Error", list},
+                 {zeroLength, 2020.1, "LPStdDataMgr Error", "Error during read of NonLinearity name count from binary file"},
+                 {v5.substr(0, 84 + 10), 2020.1, "ZEMDataMgr Error", names},
+                 {fewNames, 2020.1, "ZEMDataMgr Error", names}};
+    for (const auto& c : cases) {
+        ModelRig b;
+        ExpectReadError(this, b, c.bytes, c.version, 4, c.name, c.reason);
+    }
+    // A block list section that is not empty.
+    std::string blocks = v5;
+    zembin::put32(reinterpret_cast<unsigned char*>(&blocks[blocks.size() - 4]), 2);
+    ModelRig b;
+    ExpectReadError(this, b, blocks, 2020.1, 4, "", "");
 }
 
 TEST_F(NonLinearModelStream, EveryTruncationThrowsAndAddsNothing) {
@@ -353,16 +355,6 @@ TEST_F(NonLinearModelStream, ReferencesOutsideTheTablesAreRefused) {
     ExpectReadError(this, neg, s, 2011.5, -1, "ZEMDataMgr Error", list);
     ModelRig huge;
     ExpectReadError(this, huge, s, 2011.5, 1 << 30, "ZEMDataMgr Error", list);
-}
-
-TEST_F(NonLinearModelStream, BlockListSectionMustBeEmpty) {
-    std::string s = Section(2020.1);
-    zembin::put32(reinterpret_cast<unsigned char*>(&s[s.size() - 4]), 2);
-    ModelRig b;
-    Tables t = CopyLinearPart(a, b);
-    std::istringstream is(s);
-    EXPECT_THROW(b.model->StreamRead(2020.1, 4, t.vars.data(), t.eqns.data(), t.nzs.data(), &is),
-                 ZEM_Exception);
 }
 
 TEST_F(NonLinearModelStream, AppendMapsThroughTables) {

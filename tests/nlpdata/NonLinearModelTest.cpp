@@ -43,16 +43,14 @@ TEST_F(NonLinearModelAdd, TermOverNewVariableMakesAZeroEntryAndReusesIt) {
     EXPECT_EQ(x->GetNonlinear(), 2);
     EXPECT_EQ(y->GetNonlinear(), 1);
     EXPECT_EQ(r->GetNonlinear(), 2);
-}
 
-TEST_F(NonLinearModelAdd, RepeatedArgumentGetsOneEntryAndOneCount) {
-    ILPEquation* r = m.Row("R1");
-    ILPVariable* x = m.Var("X");
-    INonLinearity* t = m.Term("XPROD", r, {1.0}, {x, x});
-    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 1);
-    EXPECT_EQ(x->GetNonlinear(), 1);
-    EXPECT_EQ(t->FrstNZ()->GetNonlinear(), 1);
-    EXPECT_EQ(t->NextNZ(), nullptr);
+    // A repeated argument gets one entry and one count.
+    ILPVariable* z = m.Var("Z");
+    INonLinearity* t3 = m.Term("XPROD", r, {1.0}, {z, z});
+    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 3);
+    EXPECT_EQ(z->GetNonlinear(), 1);
+    EXPECT_EQ(t3->FrstNZ()->GetNonlinear(), 1);
+    EXPECT_EQ(t3->NextNZ(), nullptr);
 }
 
 TEST_F(NonLinearModelAdd, IndicesCountsAndTypeCounts) {
@@ -275,9 +273,7 @@ TEST_F(NonLinearModelRemove, VariableUsedByATermIsRefusedWithTheExactTexts) {
     }
     EXPECT_THROW(m.model->TrashVariable(x), ZEM_Exception);
     EXPECT_EQ(m.matrix->NumberOfNonZeros(), nz);
-}
-
-TEST_F(NonLinearModelRemove, LinearVariableLosesItsEntries) {
+    // A variable only in linear entries loses them.
     m.model->EliminateVariable(lin);
     EXPECT_EQ(m.matrix->ColFrstNonZeroObject(lin->GetIndex()), nullptr);
 }
@@ -357,18 +353,15 @@ TEST_F(NonLinearModelRemove, TrashedRowGoesToTheMatrixTrashWhenEmptied) {
     EXPECT_EQ(m.matrix->RowFrstNonZeroObject(r2->GetIndex()), nullptr);
 }
 
-TEST_F(NonLinearModelRemove, FirstDistillationTermIsFoundInThePool) {
+TEST_F(NonLinearModelRemove, FirstDistillationTermIsFoundInThePoolAndForgottenWithIt) {
     EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), nullptr);
     INonLinearity* scd = m.Term("SCDEQ:COL1", r3, {}, {x});
     m.Term("SCDEQ:COL2", r3, {}, {y});
     EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), scd);
-}
-
-TEST_F(NonLinearModelRemove, FirstDistillationTermIsForgottenWithIt) {
     m.model->SetFrstNonLinearitySCDEquation(t2);
     EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), t2);
-    m.model->RemoveNonLinearity(t2);
-    EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), nullptr);
+    m.model->RemoveNonLinearity(t2);  // forgotten: the pool's first is found again
+    EXPECT_EQ(m.model->FrstNonLinearitySCDEquation(), scd);
 }
 
 TEST(NonLinearModelListing, DisplayShowsMatrixThenPool) {
