@@ -194,7 +194,12 @@ void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
     // One pass reads each entry's row (and checks its owner), one places it.
     std::vector<uint32_t> keys(n);
     m_owner.assign(limit >= 0 ? static_cast<size_t>(limit) + 1 : 0, nullptr);
+    // Reading an entry's row index touches its equation, which is rarely in
+    // cache on a large model: the equations are requested a few entries
+    // before they are read.
+    constexpr size_t kAhead = 16;
     for (size_t i = 0; i < n; ++i) {
+        if (i + kAhead < n) __builtin_prefetch(all[i + kAhead]->GetEquationPtr());
         const size_t r = KeyOf(all[i], limit);
         if (r >= m_owner.size()) m_owner.resize(r + 1, nullptr);
         Claim(r, all[i]);
