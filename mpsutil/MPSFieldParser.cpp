@@ -11,6 +11,59 @@ int16_t clampWidth(int16_t w) {
     return static_cast<int16_t>(std::clamp<int>(w, 0, kMPSMaxFieldWidth));
 }
 
+// The common case of a data card's number: optional '-', decimal digits with
+// an optional point, an optional exponent, and nothing after it. When the
+// digits form an integer below 2^53 and the decimal exponent lies within
+// +-22, both are exact doubles and one multiplication or division gives the
+// correctly rounded value, the one a full conversion gives. Returns false
+// (leaving `value` alone) for anything else.
+bool ParseSimpleNumber(const char* p, double& value) {
+    static constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const bool negative = *p == '-';
+    if (negative) ++p;
+    uint64_t mantissa = 0;
+    int digits = 0;    // significant digits taken into the mantissa
+    int fraction = 0;  // digits read after the point
+    bool any = false;
+    bool point = false;
+    for (;; ++p) {
+        const char c = *p;
+        if (c >= '0' && c <= '9') {
+            any = true;
+            if (point) ++fraction;
+            if (mantissa == 0 && c == '0') continue;
+            if (++digits > 19) return false;
+            mantissa = mantissa * 10 + static_cast<uint64_t>(c - '0');
+        } else if (c == '.' && !point) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    if (!any) return false;
+    int exponent = 0;
+    if (*p == 'e' || *p == 'E') {
+        ++p;
+        const bool negExp = *p == '-';
+        if (*p == '+' || *p == '-') ++p;
+        if (*p < '0' || *p > '9') return false;
+        for (; *p >= '0' && *p <= '9'; ++p) {
+            if (exponent > 1000) return false;
+            exponent = exponent * 10 + (*p - '0');
+        }
+        if (negExp) exponent = -exponent;
+    }
+    if (*p != '\0' || mantissa > (uint64_t(1) << 53)) return false;
+    const int scale = exponent - fraction;
+    if (scale < -22 || scale > 22) return false;
+    double v = static_cast<double>(mantissa);
+    v = scale < 0 ? v / kPow10[-scale] : v * kPow10[scale];
+    value = negative ? -v : v;
+    return true;
+}
+
 }  // namespace
 
 void MPSFieldGeometry::Set(int16_t name, int16_t number, int16_t key) {
@@ -75,8 +128,9 @@ double MPSParseNumber(const char* text) {
         ++p;
         if (*p == '+' || *p == '-') return 0.0;
     }
-    const char* end = p + std::strlen(p);
     double value = 0.0;
+    if (ParseSimpleNumber(p, value)) return value;
+    const char* end = p + std::strlen(p);
     const auto result = std::from_chars(p, end, value, std::chars_format::general);
     if (result.ec == std::errc() &&
         !(result.ptr < end && (*result.ptr == 'x' || *result.ptr == 'X'))) {
