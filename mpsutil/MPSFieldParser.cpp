@@ -88,22 +88,18 @@ int MPSFieldGeometry::Width(int field) const {
 }
 
 size_t MPSExtractField(char* dst, const char* text, int width) {
+    // The field's text ends at its width or at the end of the line. Leading
+    // and trailing blanks are dropped; what is left keeps every character,
+    // blanks becoming underscores.
     const size_t w = width > 0 ? static_cast<size_t>(width) : 0;
-    size_t i = 0;
+    size_t e = strnlen(text, w);  // never looks past the end of the line
+    while (e > 0 && text[e - 1] == ' ') --e;
+    size_t b = 0;
+    while (b < e && text[b] == ' ') ++b;
     size_t out = 0;
-    while (i < w && text[i] == ' ') ++i;
-    for (;;) {
-        while (i < w && text[i] != ' ' && text[i] != '\0') dst[out++] = text[i++];
-        if (i >= w || text[i] == '\0') break;
-        // A run of blanks: inside the name when more text follows within the
-        // field, trailing otherwise.
-        size_t j = i;
-        while (j < w && text[j] == ' ') ++j;
-        if (j >= w || text[j] == '\0') break;
-        while (i < j) {
-            dst[out++] = '_';
-            ++i;
-        }
+    for (size_t i = b; i < e; ++i) {
+        const char c = text[i];
+        dst[out++] = c == ' ' ? '_' : c;
     }
     dst[out] = '\0';
     return out;
