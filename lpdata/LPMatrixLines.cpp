@@ -62,7 +62,9 @@ ILPNonZero* LPMatrixColumns::Find(const Line& line, const ILPEquation* eqn) cons
 }
 
 void LPMatrixColumns::Append(Line& line, ILPNonZero* nz) {
-    if (line.entries.empty()) line.entries.reserve(4);
+    // Room for a typical column at once: most columns of a model hold a few
+    // to a dozen entries, and a column that starts small would move twice.
+    if (line.entries.empty()) line.entries.reserve(8);
     line.entries.push_back(nz);
     if (line.index)
         line.index->emplace(RowOwner(nz), nz);
