@@ -23,26 +23,23 @@ bool ParseSimpleNumber(const char* p, double& value) {
                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     const bool negative = *p == '-';
     if (negative) ++p;
+    // Every digit, leading zeros included, goes into the mantissa: at most
+    // 19 of them cannot overflow it, and longer texts are left to the full
+    // conversion.
     uint64_t mantissa = 0;
-    int digits = 0;    // significant digits taken into the mantissa
-    int fraction = 0;  // digits read after the point
-    bool any = false;
-    bool point = false;
-    for (;; ++p) {
-        const char c = *p;
-        if (c >= '0' && c <= '9') {
-            any = true;
-            if (point) ++fraction;
-            if (mantissa == 0 && c == '0') continue;
-            if (++digits > 19) return false;
-            mantissa = mantissa * 10 + static_cast<uint64_t>(c - '0');
-        } else if (c == '.' && !point) {
-            point = true;
-        } else {
-            break;
-        }
+    const char* first = p;
+    for (; static_cast<unsigned>(*p - '0') < 10u; ++p)
+        mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    int digits = static_cast<int>(p - first);
+    int fraction = 0;  // digits after the point
+    if (*p == '.') {
+        const char* point = ++p;
+        for (; static_cast<unsigned>(*p - '0') < 10u; ++p)
+            mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+        fraction = static_cast<int>(p - point);
+        digits += fraction;
     }
-    if (!any) return false;
+    if (digits == 0 || digits > 19) return false;
     int exponent = 0;
     if (*p == 'e' || *p == 'E') {
         ++p;
@@ -108,10 +105,13 @@ size_t MPSExtractField(char* dst, const char* text, int width) {
 void MPSExtractFixedFields(const char* line, int length, const MPSFieldGeometry& geometry,
                            char (*fields)[kMPSLineSize]) {
     for (int f = 0; f < kMPSFieldCount; ++f) fields[f][0] = '\0';
+    const int width[kMPSFieldCount] = {geometry.keyWidth,    geometry.nameWidth,
+                                       geometry.nameWidth,   geometry.numberWidth,
+                                       geometry.nameWidth,   geometry.numberWidth};
     for (int f = 0; f < kMPSFieldCount; ++f) {
         const int start = geometry.start[f];
         if (start >= length) break;
-        MPSExtractField(fields[f], line + start, geometry.Width(f));
+        MPSExtractField(fields[f], line + start, width[f]);
     }
 }
 
