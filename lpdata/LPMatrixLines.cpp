@@ -62,7 +62,9 @@ ILPNonZero* LPMatrixColumns::Find(const Line& line, const ILPEquation* eqn) cons
 }
 
 void LPMatrixColumns::Append(Line& line, ILPNonZero* nz) {
-    if (line.entries.empty()) line.entries.reserve(4);
+    // Room for a typical column at once: most columns of a model hold a few
+    // to a dozen entries, and a column that starts small would move twice.
+    if (line.entries.empty()) line.entries.reserve(8);
     line.entries.push_back(nz);
     if (line.index)
         line.index->emplace(RowOwner(nz), nz);
@@ -172,16 +174,14 @@ ILPNonZero* LPMatrixRows::At(size_t r, size_t p) const {
     return p < m_extra[r].size() ? m_extra[r][p] : nullptr;
 }
 
-size_t LPMatrixRows::KeyOf(ILPNonZero* nz, int limit) const {
-    const ILPEquation* eqn = nz->GetEquationPtr();
+size_t LPMatrixRows::KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const {
     const int r = eqn ? eqn->GetIndex() : -1;
     if (r < (limit >= 0 ? 1 : 0) || (limit >= 0 && r > limit))
         ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
     return static_cast<size_t>(r);
 }
 
-void LPMatrixRows::Claim(size_t r, ILPNonZero* nz) {
-    const ILPEquation* owner = nz->GetEquationPtr();
+void LPMatrixRows::Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner) {
     if (m_owner[r] == nullptr)
         m_owner[r] = owner;
     else if (m_owner[r] != owner)
@@ -194,10 +194,16 @@ void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
     // One pass reads each entry's row (and checks its owner), one places it.
     std::vector<uint32_t> keys(n);
     m_owner.assign(limit >= 0 ? static_cast<size_t>(limit) + 1 : 0, nullptr);
+    // Reading an entry's row index touches its equation, which is rarely in
+    // cache on a large model: the equations are requested a few entries
+    // before they are read.
+    constexpr size_t kAhead = 16;
     for (size_t i = 0; i < n; ++i) {
-        const size_t r = KeyOf(all[i], limit);
+        if (i + kAhead < n) __builtin_prefetch(all[i + kAhead]->GetEquationPtr());
+        const ILPEquation* eqn = all[i]->GetEquationPtr();
+        const size_t r = KeyOf(all[i], eqn, limit);
         if (r >= m_owner.size()) m_owner.resize(r + 1, nullptr);
-        Claim(r, all[i]);
+        Claim(r, all[i], eqn);
         keys[i] = static_cast<uint32_t>(r);
     }
     const size_t slots = m_owner.size();
@@ -229,13 +235,14 @@ void LPMatrixRows::Settle(const std::deque<ILPNonZero*>& all, int limit) {
     }
     for (size_t i = m_settled; i < all.size(); ++i) {
         ILPNonZero* nz = all[i];
-        const size_t r = KeyOf(nz, limit);
+        const ILPEquation* eqn = nz->GetEquationPtr();
+        const size_t r = KeyOf(nz, eqn, limit);
         if (r >= Slots()) {
             m_start.resize(r + 2, m_start.empty() ? 0 : m_start.back());
             m_extra.resize(r + 1);
             m_owner.resize(r + 1, nullptr);
         }
-        Claim(r, nz);
+        Claim(r, nz, eqn);
         m_extra[r].push_back(nz);
         ++m_extraCount;
         m_settled = i + 1;

@@ -82,8 +82,10 @@ public:
 
 private:
     void Rebuild(const std::deque<ILPNonZero*>& all, int limit);
-    size_t KeyOf(ILPNonZero* nz, int limit) const;
-    void Claim(size_t r, ILPNonZero* nz);
+    // Row index of nz, whose equation is eqn (checked against limit).
+    size_t KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const;
+    // Row r belongs to owner; another equation there is a structure error.
+    void Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner);
 
     std::vector<size_t> m_start;  // row r holds m_data[m_start[r] .. m_start[r+1])
     std::vector<ILPNonZero*> m_data;

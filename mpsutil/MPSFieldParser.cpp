@@ -11,6 +11,56 @@ int16_t clampWidth(int16_t w) {
     return static_cast<int16_t>(std::clamp<int>(w, 0, kMPSMaxFieldWidth));
 }
 
+// The common case of a data card's number: optional '-', decimal digits with
+// an optional point, an optional exponent, and nothing after it. When the
+// digits form an integer below 2^53 and the decimal exponent lies within
+// +-22, both are exact doubles and one multiplication or division gives the
+// correctly rounded value, the one a full conversion gives. Returns false
+// (leaving `value` alone) for anything else.
+bool ParseSimpleNumber(const char* p, double& value) {
+    static constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const bool negative = *p == '-';
+    if (negative) ++p;
+    // Every digit, leading zeros included, goes into the mantissa: at most
+    // 19 of them cannot overflow it, and longer texts are left to the full
+    // conversion.
+    uint64_t mantissa = 0;
+    const char* first = p;
+    for (; static_cast<unsigned>(*p - '0') < 10u; ++p)
+        mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    int digits = static_cast<int>(p - first);
+    int fraction = 0;  // digits after the point
+    if (*p == '.') {
+        const char* point = ++p;
+        for (; static_cast<unsigned>(*p - '0') < 10u; ++p)
+            mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+        fraction = static_cast<int>(p - point);
+        digits += fraction;
+    }
+    if (digits == 0 || digits > 19) return false;
+    int exponent = 0;
+    if (*p == 'e' || *p == 'E') {
+        ++p;
+        const bool negExp = *p == '-';
+        if (*p == '+' || *p == '-') ++p;
+        if (*p < '0' || *p > '9') return false;
+        for (; *p >= '0' && *p <= '9'; ++p) {
+            if (exponent > 1000) return false;
+            exponent = exponent * 10 + (*p - '0');
+        }
+        if (negExp) exponent = -exponent;
+    }
+    if (*p != '\0' || mantissa > (uint64_t(1) << 53)) return false;
+    const int scale = exponent - fraction;
+    if (scale < -22 || scale > 22) return false;
+    double v = static_cast<double>(mantissa);
+    v = scale < 0 ? v / kPow10[-scale] : v * kPow10[scale];
+    value = negative ? -v : v;
+    return true;
+}
+
 }  // namespace
 
 void MPSFieldGeometry::Set(int16_t name, int16_t number, int16_t key) {
@@ -35,22 +85,18 @@ int MPSFieldGeometry::Width(int field) const {
 }
 
 size_t MPSExtractField(char* dst, const char* text, int width) {
+    // The field's text ends at its width or at the end of the line. Leading
+    // and trailing blanks are dropped; what is left keeps every character,
+    // blanks becoming underscores.
     const size_t w = width > 0 ? static_cast<size_t>(width) : 0;
-    size_t i = 0;
+    size_t e = strnlen(text, w);  // never looks past the end of the line
+    while (e > 0 && text[e - 1] == ' ') --e;
+    size_t b = 0;
+    while (b < e && text[b] == ' ') ++b;
     size_t out = 0;
-    while (i < w && text[i] == ' ') ++i;
-    for (;;) {
-        while (i < w && text[i] != ' ' && text[i] != '\0') dst[out++] = text[i++];
-        if (i >= w || text[i] == '\0') break;
-        // A run of blanks: inside the name when more text follows within the
-        // field, trailing otherwise.
-        size_t j = i;
-        while (j < w && text[j] == ' ') ++j;
-        if (j >= w || text[j] == '\0') break;
-        while (i < j) {
-            dst[out++] = '_';
-            ++i;
-        }
+    for (size_t i = b; i < e; ++i) {
+        const char c = text[i];
+        dst[out++] = c == ' ' ? '_' : c;
     }
     dst[out] = '\0';
     return out;
@@ -59,10 +105,13 @@ size_t MPSExtractField(char* dst, const char* text, int width) {
 void MPSExtractFixedFields(const char* line, int length, const MPSFieldGeometry& geometry,
                            char (*fields)[kMPSLineSize]) {
     for (int f = 0; f < kMPSFieldCount; ++f) fields[f][0] = '\0';
+    const int width[kMPSFieldCount] = {geometry.keyWidth,    geometry.nameWidth,
+                                       geometry.nameWidth,   geometry.numberWidth,
+                                       geometry.nameWidth,   geometry.numberWidth};
     for (int f = 0; f < kMPSFieldCount; ++f) {
         const int start = geometry.start[f];
         if (start >= length) break;
-        MPSExtractField(fields[f], line + start, geometry.Width(f));
+        MPSExtractField(fields[f], line + start, width[f]);
     }
 }
 
@@ -75,8 +124,9 @@ double MPSParseNumber(const char* text) {
         ++p;
         if (*p == '+' || *p == '-') return 0.0;
     }
-    const char* end = p + std::strlen(p);
     double value = 0.0;
+    if (ParseSimpleNumber(p, value)) return value;
+    const char* end = p + std::strlen(p);
     const auto result = std::from_chars(p, end, value, std::chars_format::general);
     if (result.ec == std::errc() &&
         !(result.ptr < end && (*result.ptr == 'x' || *result.ptr == 'X'))) {

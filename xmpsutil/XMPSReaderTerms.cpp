@@ -109,14 +109,14 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) return kXMPSCardToken;
     pos += count;
     if (!IsANumber(token)) {
-        std::memcpy(m_keyword, token, sizeof token);
+        std::memcpy(m_keyword, token, std::strlen(token) + 1);
         count = 0;
         if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) return kXMPSCardToken;
         pos += count;
         // A keyword without a number after it: the card has no coefficient.
         if (!IsANumber(token)) return kXMPSCardToken;
     }
-    std::memcpy(m_coefficient, token, sizeof token);
+    std::memcpy(m_coefficient, token, std::strlen(token) + 1);
 
     for (;;) {
         count = 0;

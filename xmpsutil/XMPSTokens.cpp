@@ -32,13 +32,13 @@ const char* nextToken(const char* p, const char* end, const char** tokEnd) {
 
 bool IsANumber(const char* token) {
     if (token == nullptr || !isNumberChar(token[0])) return false;
-    const size_t len = std::strlen(token);
-    // A comma is never part of a number, wherever it stands.
-    if (std::memchr(token, ',', len) != nullptr) return false;
-    if (len <= 2) return true;
+    // One pass: a comma anywhere refuses the token; the characters between
+    // the first and the last are checked (none for tokens of one or two).
     bool exponentSeen = false;
-    for (size_t i = 1; i + 1 < len; ++i) {
+    for (size_t i = 1; token[i] != '\0'; ++i) {
         const char c = token[i];
+        if (c == ',') return false;
+        if (token[i + 1] == '\0') break;  // the last character
         if (isNumberChar(c)) continue;
         if (!exponentSeen && isExponentMark(c)) {
             exponentSeen = true;
@@ -52,15 +52,19 @@ bool IsANumber(const char* token) {
 bool ExtractToken(int& count, const char* source, char* target, int maxLen) {
     const char* p = source;
     while (isBlank(*p)) ++p;
-    const char* start = p;
-    while (*p != '\0' && !isBlank(*p)) ++p;
-    int n = static_cast<int>(p - start);
-    if (n > maxLen) n = maxLen;
-    if (n < 0) n = 0;
-    std::memcpy(target, start, static_cast<size_t>(n));
-    target[n] = '\0';
+    // The token is copied while it is scanned; characters past maxLen are
+    // passed over.
+    size_t room = maxLen > 0 ? static_cast<size_t>(maxLen) : 0;
+    char* out = target;
+    for (; *p != '\0' && !isBlank(*p); ++p) {
+        if (room > 0) {
+            *out++ = *p;
+            --room;
+        }
+    }
+    *out = '\0';
     count += static_cast<int>(p - source);
-    return n > 0;
+    return out != target;
 }
 
 void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {

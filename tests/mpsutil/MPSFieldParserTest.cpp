@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "mpsutil/MPSLineSource.h"
 
@@ -105,6 +107,52 @@ TEST(MPSParseNumber, AgreesWithStrtod) {
         }
     }
     EXPECT_TRUE(std::isnan(MPSParseNumber("nan")));
+}
+
+// Plain decimal numbers take a short conversion path; it must give the
+// bit-identical result on and around the edges of where it applies: 15 to
+// 20 significant digits, mantissas near 2^53, decimal exponents near +-22,
+// leading and trailing zeros.
+TEST(MPSParseNumber, PlainDecimalsAgreeWithStrtodBitForBit) {
+    std::vector<std::string> texts = {
+        "9007199254740992",  "9007199254740993",   "9007199254740991",  "18014398509481985",
+        "1e22",              "1e23",               "1e-22",             "1e-23",
+        "4.5e22",            "123456.789e-28",     "0.000000000000000000000001",
+        "1234567890123456789", "12345678901234567890", "0.1234567890123456789",
+        "000000000000000000000000001.5", "1.50000000000000000000", "-.385401E+03",
+        "0.679434E+03",      "-0.0e5",             "7E+0",              "2.2250738585072014e-308",
+        "1.7976931348623157e308", "5e-324",        "0.3",               "100000000000000000000000"};
+    uint64_t state = 12345;
+    const auto next = [&state] {
+        state = state * 6364136223846793005ull + 1442695040888963407ull;
+        return static_cast<unsigned>(state >> 33);
+    };
+    for (int i = 0; i < 20000; ++i) {
+        std::string t;
+        if (next() % 3 == 0) t += '-';
+        const int digits = 1 + static_cast<int>(next() % 20);
+        const int pointAt = static_cast<int>(next() % (digits + 2)) - 1;  // -1: no point
+        for (int d = 0; d < digits; ++d) {
+            if (d == pointAt) t += '.';
+            t += static_cast<char>('0' + next() % 10);
+        }
+        if (next() % 2 == 0) {
+            t += (next() % 2 == 0) ? 'e' : 'E';
+            const unsigned sign = next() % 3;
+            if (sign == 1) t += '-';
+            if (sign == 2) t += '+';
+            t += std::to_string(next() % 40);
+        }
+        texts.push_back(t);
+    }
+    for (const std::string& t : texts) {
+        const double expected = std::strtod(t.c_str(), nullptr);
+        const double got = MPSParseNumber(t.c_str());
+        uint64_t a = 0, b = 0;
+        std::memcpy(&a, &expected, sizeof a);
+        std::memcpy(&b, &got, sizeof b);
+        EXPECT_EQ(a, b) << '"' << t << "\" read as " << got << ", expected " << expected;
+    }
 }
 
 TEST(MPSLineSource, SplitsLongLinesLikeFgets) {
