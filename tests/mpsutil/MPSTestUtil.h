@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <stdexcept>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -77,16 +78,24 @@ inline ModelPtr Read(const std::string& text) {
     return model;
 }
 
-// The exception a read of `text` throws; fails the test when none is.
-inline ZEM_Exception ReadError(const std::string& text) {
-    ModelPtr model = NewModel();
+// The exception of type E that `f` throws; the test fails when none is.
+// With `notFileError`, a file error is a failure too.
+template <class E = ZEM_Exception, class F>
+E Raised(F f, bool notFileError = false) {
     try {
-        ReadInto(model.get(), text);
-    } catch (ZEM_Exception& e) {
+        f();
+    } catch (E& e) {
+        if (notFileError) {
+            EXPECT_EQ(dynamic_cast<ZEM_ExcpFileError*>(&e), nullptr) << "a file error";
+        }
         return e;
     }
-    ADD_FAILURE() << "the read did not fail";
-    return ZEM_Exception("", "");
+    throw std::runtime_error("no exception was raised");
+}
+
+// The exception a read of `text` throws.
+inline ZEM_Exception ReadError(const std::string& text) {
+    return Raised([&] { Read(text); });
 }
 
 inline ILPVariable* Var(ILPStdDataMgr* m, const char* name) {
