@@ -24,26 +24,23 @@ std::string extract(const char* text, int width) {
 
 }  // namespace
 
-TEST(MPSExtractField, BlanksInsideBecomeUnderscoresAndOutsideAreDropped) {
-    EXPECT_EQ(extract("AB CD   ", 8), "AB_CD");
-    EXPECT_EQ(extract("ABCD    ", 8), "ABCD");
-    EXPECT_EQ(extract("  AB  CD", 8), "AB__CD");
-    EXPECT_EQ(extract("A B C D ", 8), "A_B_C_D");
-    EXPECT_EQ(extract("        ", 8), "");
-    EXPECT_EQ(extract("", 8), "");
-}
-
-TEST(MPSExtractField, WidthBoundsTheFieldAndLeadingBlanksCount) {
-    EXPECT_EQ(extract("ABCDEFGHIJ", 8), "ABCDEFGH");
-    // Leading blanks use up the width: only four characters remain.
-    EXPECT_EQ(extract("    ICECREAM", 8), "ICEC");
-    // A blank run that reaches the end of the field is trailing.
-    EXPECT_EQ(extract("ABC     X", 8), "ABC");
-    // Text ending early (end of the line) ends the field.
-    EXPECT_EQ(extract("AB", 8), "AB");
-    EXPECT_EQ(extract("AB ", 8), "AB");
-    EXPECT_EQ(extract("ABC", 0), "");
-    EXPECT_EQ(extract("ABC", -3), "");
+TEST(MPSExtractField, BlanksInsideBecomeUnderscoresAndTheWidthBoundsTheField) {
+    const struct {
+        const char* text;
+        int width;
+        const char* field;
+    } cases[] = {
+        {"AB CD   ", 8, "AB_CD"}, {"  AB  CD", 8, "AB__CD"}, {"A B C D ", 8, "A_B_C_D"},
+        {"        ", 8, ""},      {"", 8, ""},              {"ABCDEFGHIJ", 8, "ABCDEFGH"},
+        // Leading blanks use up the width: only four characters remain.
+        {"    ICECREAM", 8, "ICEC"},
+        // A blank run that reaches the end of the field is trailing.
+        {"ABC     X", 8, "ABC"},
+        // Text ending early (end of the line) ends the field.
+        {"AB", 8, "AB"},          {"AB ", 8, "AB"},         {"ABC", 0, ""},
+        {"ABC", -3, ""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(extract(c.text, c.width), c.field) << '"' << c.text << '"';
 }
 
 TEST(MPSFieldGeometry, ClassicAndExtendedColumns) {

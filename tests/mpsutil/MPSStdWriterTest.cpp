@@ -1,12 +1,15 @@
+// The standard writer and the manager that drives reads and writes.
 #include "mpsutil/MPSStdWriter.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 
 #include "MPSTestUtil.h"
+#include "mpsutil/MPSStdManager.h"
 
 using namespace mpstest;
 
@@ -25,6 +28,15 @@ public:
     using MPSStdWriter::MPSStdWriter;
     std::vector<std::vector<std::string>> cards;
 
+    std::vector<std::string> Written() {
+        std::ostringstream os;
+        WriteMPSToStream(os);
+        std::istringstream lines(os.str());
+        std::vector<std::string> all;
+        for (std::string line; std::getline(lines, line);) all.push_back(line);
+        return all;
+    }
+
 protected:
     void COLUMNSData() override {
         COLUMNSCard();
@@ -35,11 +47,26 @@ protected:
     }
 };
 
+struct DestroyManager {
+    void operator()(MPSStdManager* m) const { m->Destroy(); }
+};
+using ManagerPtr = std::unique_ptr<MPSStdManager, DestroyManager>;
+
+ManagerPtr NewManager() {
+    MPSStdManager* m = nullptr;
+    CreateMPSStdManagerObject(&m);
+    return ManagerPtr(m);
+}
+
+const std::string kModel = Lines({"NAME", "ROWS", Card("N", "C"), Card("L", "R"), "COLUMNS",
+                                  Card("", "X", "C", "1", "R", "2"), "RHS", Card("", "RHS", "R", "5"),
+                                  "ENDATA"});
+const std::string kHeaders = "ROWS\nCOLUMNS\nRHS\nRANGES\nBOUNDS\n";
+
 }  // namespace
 
 TEST(MPSStdWriter, WritesTheHeaderCardsInOrderWithSetsOnlyWhenPresent) {
-    ModelPtr m = Read(Lines({"NAME", "ROWS", Card("N", "C"), "COLUMNS", Card("", "X", "C", "1"),
-                             "ENDATA"}));
+    ModelPtr m = Read(kModel);
     m->SetModelTitle("BLEND");
     TempDir dir;
     const std::string path = dir.path() + "/out.mps";
@@ -49,28 +76,23 @@ TEST(MPSStdWriter, WritesTheHeaderCardsInOrderWithSetsOnlyWhenPresent) {
     writer->WriteMPSFile(path.c_str());
     EXPECT_EQ(writer->LineCount(), 7);
     writer->Destroy();
-    EXPECT_EQ(Slurp(path), "NAME          BLEND\nROWS\nCOLUMNS\nRHS\nRANGES\nBOUNDS\nENDATA\n");
+    EXPECT_EQ(Slurp(path), "NAME          BLEND\n" + kHeaders + "ENDATA\n");
 
     ModelPtr withSet = Read(Lines({"NAME", "ROWS", Card("N", "C"), "COLUMNS", Card("", "X", "C", "1"),
                                    "SETS", Card("S1", "S", "X", "1"), "ENDATA"}));
     std::ostringstream os;
     MPSStdWriter(withSet.get()).WriteMPSToStream(os);
-    EXPECT_EQ(os.str(), "NAME          ZEMMODEL\nROWS\nCOLUMNS\nRHS\nRANGES\nBOUNDS\nSETS\nENDATA\n");
+    EXPECT_EQ(os.str(), "NAME          ZEMMODEL\n" + kHeaders + "SETS\nENDATA\n");
 }
 
-TEST(MPSStdWriter, DataCardsRightAlignEachFieldInItsColumns) {
+TEST(MPSStdWriter, DataCardsRightAlignEachFieldAndClipToTheLine) {
     ModelPtr m = NewModel();
     CardWriter writer(m.get());
     writer.cards = {{"", "X", "R1", "1.5", "ROW2", "-2"},
                     {"UP", "BND", "LONGNAME"},
                     {"", "", "", "", "", "7"},
                     {"", "X", "", "", "R"}};
-    std::ostringstream os;
-    writer.WriteMPSToStream(os);
-    std::istringstream lines(os.str());
-    std::string line;
-    std::vector<std::string> all;
-    while (std::getline(lines, line)) all.push_back(line);
+    const std::vector<std::string> all = writer.Written();
     ASSERT_EQ(all.size(), 11u);
     // Columns (0-based): key 1-2, names 4-11, 14-21 and 39-46, numbers
     // 24-35 and 49-60.
@@ -83,61 +105,109 @@ TEST(MPSStdWriter, DataCardsRightAlignEachFieldInItsColumns) {
                                 all[3], "ENDATA"}));
     EXPECT_EQ(Coef(back.get(), "R1", "X"), 1.5);
     EXPECT_EQ(Coef(back.get(), "ROW2", "X"), -2.0);
-}
 
-TEST(MPSStdWriter, OverlongTextsAreClippedToTheLine) {
-    ModelPtr m = NewModel();
+    // Overlong texts are clipped to the line buffer.
     m->SetModelTitle(std::string(3000, 'T').c_str());
-    CardWriter writer(m.get());
     writer.cards = {{"", std::string(2000, 'N'), "", "", "", std::string(1500, '9')}};
-    std::ostringstream os;
-    writer.WriteMPSToStream(os);
-    std::istringstream lines(os.str());
-    std::string line;
-    std::getline(lines, line);
-    EXPECT_EQ(line, "NAME          " + std::string(1023 - 14, 'T'));
-    std::getline(lines, line);
-    std::getline(lines, line);
-    std::getline(lines, line);
-    EXPECT_EQ(line.size(), 1023u);
-    EXPECT_EQ(line.substr(0, 4), "    ");
-    EXPECT_EQ(line.substr(49), std::string(1023 - 49, '9'));
+    const std::vector<std::string> clipped = writer.Written();
+    EXPECT_EQ(clipped[0], "NAME          " + std::string(1023 - 14, 'T'));
+    EXPECT_EQ(clipped[3].size(), 1023u);
+    EXPECT_EQ(clipped[3].substr(0, 4), "    ");
+    EXPECT_EQ(clipped[3].substr(49), std::string(1023 - 49, '9'));
 }
 
-TEST(MPSStdWriter, RefusesAnUncreatableFileAndAMissingModel) {
+TEST(MPSStdWriter, RefusesAnUncreatableFileAMissingModelAndAFullDevice) {
     MPSStdWriter writer;
-    try {
-        writer.WriteMPSFile("/nonexistent/dir/out.mps");
-        FAIL() << "no exception";
-    } catch (ZEM_ExcpFileError& e) {
-        EXPECT_EQ(e.ErrorType(), eFileCreateForWrite);
-        EXPECT_EQ(e.FileName(), "/nonexistent/dir/out.mps");
-        EXPECT_EQ(e.Routine(), "MPSStdWriter::OpenMPSFile");
-    }
+    const auto fe = Raised<ZEM_ExcpFileError>([&] { writer.WriteMPSFile("/nonexistent/dir/out.mps"); });
+    EXPECT_EQ(fe.ErrorType(), eFileCreateForWrite);
+    EXPECT_EQ(fe.FileName(), "/nonexistent/dir/out.mps");
+    EXPECT_EQ(fe.Routine(), "MPSStdWriter::OpenMPSFile");
     TempDir dir;
     const std::string path = dir.path() + "/none.mps";
-    try {
-        writer.WriteMPSFile(path.c_str());
-        FAIL() << "no exception";
-    } catch (ZEM_ExcpFileError&) {
-        FAIL() << "a file error for a missing model";
-    } catch (ZEM_Exception& e) {
-        EXPECT_EQ(e.Name(), "MPS File Write Error");
-        EXPECT_EQ(e.Reason(), "No LP Data Object Available");
-        EXPECT_EQ(e.Routine(), "MPSStdWriter::WriteMPSFile");
-    }
+    const auto e = Raised([&] { writer.WriteMPSFile(path.c_str()); }, true);
+    EXPECT_EQ(e.Name(), "MPS File Write Error");
+    EXPECT_EQ(e.Reason(), "No LP Data Object Available");
+    EXPECT_EQ(e.Routine(), "MPSStdWriter::WriteMPSFile");
     EXPECT_EQ(Slurp(path), "");
+
+    if (!std::ifstream("/dev/full")) GTEST_SKIP() << "/dev/full is not available";
+    ModelPtr m = NewModel();
+    MPSStdWriter full(m.get());
+    EXPECT_EQ(Raised<ZEM_ExcpFileError>([&] { full.WriteMPSFile("/dev/full"); }).ErrorType(),
+              eFileWriteError);
 }
 
-TEST(MPSStdWriter, AFullDeviceIsAWriteError) {
-    std::ifstream probe("/dev/full");
-    if (!probe) GTEST_SKIP() << "/dev/full is not available";
-    ModelPtr m = NewModel();
-    MPSStdWriter writer(m.get());
-    try {
-        writer.WriteMPSFile("/dev/full");
-        FAIL() << "no exception";
-    } catch (ZEM_ExcpFileError& e) {
-        EXPECT_EQ(e.ErrorType(), eFileWriteError);
-    }
+TEST(MPSStdManager, ReadsIntoTheGivenModelOrHandsOverANewOneAndWrites) {
+    TempDir dir;
+    const std::string path = dir.File("m.mps", kModel);
+    ModelPtr model = NewModel();
+    ManagerPtr mgr = NewManager();
+    mgr->SetLPDataMgr(model.get());
+    mgr->SetMPSFileSpec(path.c_str());
+    mgr->ReadMPSFile();
+    EXPECT_EQ(Eqn(model.get(), "R")->GetRHS(), 5.0);
+    ILPStdDataMgr* got = nullptr;
+    mgr->GetLPDataMgr(&got);
+    EXPECT_EQ(got, model.get());
+    std::stringstream out;
+    mgr->WriteMPSStream(&out);
+    EXPECT_EQ(out.str(), "NAME          ZEMMODEL\n" + kHeaders + "ENDATA\n");
+
+    ManagerPtr fresh = NewManager();
+    fresh->SetMPSFileSpec(path.c_str());
+    fresh->ReadMPSFile();
+    ILPStdDataMgr* made = nullptr;
+    fresh->GetLPDataMgr(&made);
+    ASSERT_NE(made, nullptr);
+    ModelPtr owned(made);
+    EXPECT_EQ(Coef(made, "R", "X"), 2.0);
+
+    std::stringstream ss(kModel);
+    ModelPtr streamed = NewModel();
+    ManagerPtr viaStream = NewManager();
+    viaStream->SetLPDataMgr(streamed.get());
+    viaStream->ReadMPSStream(&ss);
+    EXPECT_EQ(Coef(streamed.get(), "C", "X"), 1.0);
+}
+
+TEST(MPSStdManager, WrapsReaderAndWriterFailuresAndPassesFileErrorsOn) {
+    ManagerPtr mgr = NewManager();
+    const auto check = [](const ZEM_Exception& e, const char* name, const char* reason) {
+        EXPECT_EQ(e.Name(), name);
+        EXPECT_EQ(e.Reason(), reason);
+    };
+    const auto noSpec = Raised([&] { mgr->ReadMPSFile(); });
+    check(noSpec, "MPS Read Error", "No MPS file specification provided");
+    EXPECT_EQ(noSpec.Routine(), "MPSStdManager::ReadMPSFile");
+    check(Raised([&] { mgr->WriteMPSFile(); }), "MPS Write Error", "No MPS file specification provided");
+    check(Raised([&] { mgr->ReadMPSStream(nullptr); }), "MPS Read Error", "No stream provided");
+
+    mgr->SetMPSFileSpec("/nonexistent/dir/model.mps");
+    EXPECT_EQ(Raised<ZEM_ExcpFileError>([&] { mgr->ReadMPSFile(); }).ErrorType(), eFileNotFound);
+    EXPECT_EQ(Raised<ZEM_ExcpFileError>([&] { mgr->WriteMPSFile(); }).ErrorType(),
+              eFileCreateForWrite);
+
+    TempDir dir;
+    const std::string bad = Lines({"NAME", "ROWS", Card("Q", "R"), "ENDATA"});
+    mgr->SetMPSFileSpec(dir.File("bad.mps", bad).c_str());
+    ModelPtr model = NewModel();
+    mgr->SetLPDataMgr(model.get());
+    const auto e = Raised([&] { mgr->ReadMPSFile(); });
+    check(e, "MPS Manager Failure", "Read of MPS Failed");
+    EXPECT_EQ(e.Routine(), "MPSStdManager::ReadMPSFile");
+    EXPECT_EQ(e.SourceFile(), "mpsutil");
+    ASSERT_NE(e.Getbufptr(), nullptr);
+    const std::string trace = e.Getbufptr()->str();
+    EXPECT_NE(trace.find("Exception Name : MPS ROWS Section Error - Unknown Row Type Key Found\n"),
+              std::string::npos)
+        << trace;
+    EXPECT_NE(trace.find("Exception Reason : " + Card("Q", "R") + "\n"), std::string::npos);
+    EXPECT_NE(trace.find("MPS input line 3\n"), std::string::npos);
+    std::stringstream badStream(bad);
+    check(Raised([&] { mgr->ReadMPSStream(&badStream); }), "MPS Manager Failure",
+          "Read of MPS Stream Failed");
+
+    ManagerPtr noModel = NewManager();
+    noModel->SetMPSFileSpec((dir.path() + "/x.mps").c_str());
+    check(Raised([&] { noModel->WriteMPSFile(); }, true), "MPS Manager Failure", "Write of MPS Failed");
 }
