@@ -4,6 +4,7 @@
 #include <new>
 
 #include "lpdata/ZEMException.h"
+#include "mpsutil/MPSManagerFailure.h"
 #include "mpsutil/MPSStdReader.h"
 #include "mpsutil/MPSStdWriter.h"
 
@@ -20,24 +21,9 @@ struct DestroyWriter {
     throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, line);
 }
 
-// Runs a reader or writer operation and rethrows its failure as the
-// manager's: file errors unchanged, other library exceptions as `failed`
-// with their account in the traceback, anything else as `unknown`.
 template <typename Operation>
 void RunWrapped(Operation op, const char* failed, const char* unknown, const char* routine) {
-    try {
-        op();
-    } catch (ZEM_ExcpFileError&) {
-        throw;
-    } catch (ZEM_Exception& e) {
-        auto* trace = new std::ostringstream;
-        e.Display(*trace);
-        if (std::ostringstream* inner = e.Getbufptr()) *trace << inner->str();
-        throw ZEM_Exception("MPS Manager Failure", failed, routine, zemsrc::kMpsUtil, __LINE__,
-                            trace);
-    } catch (...) {
-        throw ZEM_Exception("MPS Manager Failure", unknown, routine, zemsrc::kMpsUtil, __LINE__);
-    }
+    RunAsManagerOperation(op, failed, unknown, routine, zemsrc::kMpsUtil);
 }
 
 }  // namespace

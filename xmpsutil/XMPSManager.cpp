@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "lpdata/ZEMException.h"
+#include "mpsutil/MPSManagerFailure.h"
 #include "xmpsutil/XMPSReader.h"
 #include "xmpsutil/XMPSWriter.h"
 
@@ -19,20 +20,10 @@ template <class Worker, class Op>
 void RunMapped(Worker* worker, Op op, const char* failed, const char* unknown,
                const char* routine) {
     try {
-        op(worker);
-    } catch (ZEM_ExcpFileError&) {
-        worker->Destroy();
-        throw;
-    } catch (ZEM_Exception& e) {
-        worker->Destroy();
-        auto* trace = new std::ostringstream;
-        e.Display(*trace);
-        if (std::ostringstream* inner = e.Getbufptr()) *trace << inner->str();
-        throw ZEM_Exception("MPS Manager Failure", failed, routine, zemsrc::kXmpsUtil, __LINE__,
-                            trace);
+        RunAsManagerOperation([&] { op(worker); }, failed, unknown, routine, zemsrc::kXmpsUtil);
     } catch (...) {
         worker->Destroy();
-        Fail("MPS Manager Failure", unknown, routine, __LINE__);
+        throw;
     }
 }
 
