@@ -47,6 +47,9 @@ public:
         return newIdx;
     }
 
+    // Asks for the memory a lookup of the name (s, n) will read first.
+    void Prefetch(const char* s, size_t n) const { m_names.Prefetch(s, n); }
+
     E* Lookup(const char* name) const {
         const size_t pos = m_names.Find(name, m_keys);
         return pos == LPNameIndex::npos ? nullptr : m_items[pos];

@@ -48,6 +48,8 @@ public:
     void CreateNewEquationObject(ILPEquation** out) override;
     int AddEquationObject(ILPEquation* eqn) override;
     ILPEquation* EqnNameLookup(const char* name) override { return m_store.Lookup(name); }
+    // A hint that the name (s, n) will be looked up soon.
+    void PrefetchName(const char* s, size_t n) const { m_store.Prefetch(s, n); }
     void RetrieveEquationObject(int index, ILPEquation** out) override;
     int EqnTypeCount(int16_t type) override;
     // Rows with a nonzero range, and their nonzeros.

@@ -9,6 +9,7 @@
 #include "lpdata/ILPVariable.h"
 #include "lpdata/LPEquationList.h"
 #include "lpdata/LPNonZero.h"
+#include "lpdata/LPNonZeroPool.h"
 #include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
@@ -32,17 +33,19 @@ LPMatrix::LPMatrix(ILPVariableList* vars, ILPEquationList* eqns)
     : m_vars(vars),
       m_eqns(eqns),
       m_varImpl(dynamic_cast<const LPVariableList*>(vars)),
-      m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)) {
+      m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)),
+      m_pool(LPNonZeroPool::Create()) {
     if (m_varImpl) m_varEpoch = m_varImpl->RenumberEpoch();
     if (m_eqnImpl) m_eqnEpoch = m_eqnImpl->RenumberEpoch();
 }
 
 LPMatrix::~LPMatrix() {
     for (ILPNonZero* nz : m_all) nz->Destroy();
+    m_pool->Drop();
 }
 
 void LPMatrix::CreateNewNonZeroObject(ILPNonZero** out) {
-    if (out != nullptr) *out = new (std::nothrow) LPNonZero();
+    if (out != nullptr) *out = m_pool->Make();
 }
 
 int LPMatrix::NumberOfNonLinearNonZeros() {

@@ -52,6 +52,7 @@ class ILPEquationList;
 class ILPVariableList;
 class LPEquationList;
 class LPVariableList;
+class LPNonZeroPool;
 
 class LPMatrix : public ILPMatrix {
 public:
@@ -176,6 +177,7 @@ private:
     std::vector<ILPNonZero*> m_doomedList;
     int m_persisted = 0;
     uint64_t m_structure = 0;
+    LPNonZeroPool* m_pool;  // storage of the nonzeros this matrix creates
 
     size_t m_allCursor = kNone;
     Walk m_byRow, m_byCol, m_inRow, m_inCol, m_internalByRow, m_internalInRow;

@@ -1,5 +1,6 @@
 // Displays and binary records of the matrix.
 #include <algorithm>
+#include <new>
 #include <string>
 
 #include "lpdata/ILPEquation.h"
@@ -8,6 +9,7 @@
 #include "lpdata/LPFormat.h"
 #include "lpdata/LPMatrix.h"
 #include "lpdata/LPNonZero.h"
+#include "lpdata/LPNonZeroPool.h"
 #include "lpdata/LPRecordIO.h"
 #include "lpdata/ZEMException.h"
 
@@ -104,7 +106,8 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
     read.reserve(static_cast<size_t>(n));  // the records are in memory
     for (size_t i = 0; i < static_cast<size_t>(n); ++i) {
         const unsigned char* rec = records.data() + i * kNonZeroRecord;
-        LPNonZero* nz = new LPNonZero();
+        ILPNonZero* nz = m_pool->Make();
+        if (nz == nullptr) throw std::bad_alloc();
         nz->SetVariablePtr(vars[zembin::get32(rec + 0) - 1]);
         nz->SetEquationPtr(eqns[zembin::get32(rec + 4) - 1]);
         nz->SetCoefficient(zembin::getF64(rec + 8));

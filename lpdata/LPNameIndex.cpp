@@ -46,35 +46,40 @@ LPNameIndex::Key LPNameIndex::Store(const char* name) {
     return key;
 }
 
+uint64_t LPNameIndex::Head(const char* s, size_t n) {
+    uint64_t w = 0;
+    std::memcpy(&w, s, n < 8 ? n : 8);
+    return w;
+}
+
 size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
     if (name == nullptr || m_slots.empty()) return npos;
     const size_t n = std::strlen(name);
     const uint64_t h = Hash(name, n);
-    const uint64_t tag = h >> 32;
+    const uint64_t head = Head(name, n);
+    const uint32_t check = Check(h, n);
     const size_t mask = m_slots.size() - 1;
     for (size_t i = static_cast<size_t>(h) & mask;; i = (i + 1) & mask) {
-        const uint64_t s = m_slots[i];
-        if (s == 0) return npos;
-        if ((s >> 32) == tag) {
-            const size_t pos = static_cast<size_t>(s & 0xffffffffu) - 1;
-            if (Equals(keys[pos], name, n)) return pos;
-        }
+        const Slot& slot = m_slots[i];
+        if (slot.position1 == 0) return npos;
+        if (Holds(slot, head, check, name, n, keys)) return slot.position1 - 1;
     }
 }
 
 bool LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys) {
-    const uint64_t tag = hash >> 32;
-    const size_t mask = m_slots.size() - 1;
     const Key& key = keys[pos];
     const char* name = m_arena.data() + key.offset;
+    const uint64_t head = Head(name, key.length);
+    const uint32_t check = Check(hash, key.length);
+    const size_t mask = m_slots.size() - 1;
     for (size_t i = static_cast<size_t>(hash) & mask;; i = (i + 1) & mask) {
-        const uint64_t s = m_slots[i];
-        if (s == 0) {
-            m_slots[i] = (tag << 32) | static_cast<uint64_t>(pos + 1);
+        Slot& slot = m_slots[i];
+        if (slot.position1 == 0) {
+            slot = Slot{head, static_cast<uint32_t>(pos + 1), check};
             ++m_used;
             return true;
         }
-        if ((s >> 32) == tag && Equals(keys[static_cast<size_t>(s & 0xffffffffu) - 1], name, key.length)) {
+        if (Holds(slot, head, check, name, key.length, keys)) {
             ++m_shadowed;  // the first entity of this name keeps the entry
             return false;
         }
@@ -86,13 +91,13 @@ void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& key
     if (m_slots.empty()) return;
     const size_t mask = m_slots.size() - 1;
     // Key of a slot whose stored position is still the one before the removal.
-    const auto keyOf = [&](uint64_t s) -> const Key& {
-        const size_t p = static_cast<size_t>(s & 0xffffffffu) - 1;
+    const auto keyOf = [&](const Slot& s) -> const Key& {
+        const size_t p = static_cast<size_t>(s.position1) - 1;
         return keys[p > pos ? p - 1 : p];
     };
     size_t hole = npos;
-    for (size_t i = static_cast<size_t>(HashOf(gone)) & mask; m_slots[i] != 0; i = (i + 1) & mask) {
-        if (static_cast<size_t>(m_slots[i] & 0xffffffffu) == pos + 1) {
+    for (size_t i = static_cast<size_t>(HashOf(gone)) & mask; m_slots[i].position1 != 0; i = (i + 1) & mask) {
+        if (static_cast<size_t>(m_slots[i].position1) == pos + 1) {
             hole = i;
             break;
         }
@@ -101,20 +106,20 @@ void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& key
         if (m_shadowed > 0) --m_shadowed;  // pos was not indexed: its name is held earlier
     } else {
         // Backward-shift deletion keeps every probe chain unbroken.
-        m_slots[hole] = 0;
+        m_slots[hole] = Slot{};
         --m_used;
-        for (size_t j = (hole + 1) & mask; m_slots[j] != 0; j = (j + 1) & mask) {
+        for (size_t j = (hole + 1) & mask; m_slots[j].position1 != 0; j = (j + 1) & mask) {
             const size_t home = static_cast<size_t>(HashOf(keyOf(m_slots[j]))) & mask;
             // The entry at j may fill the hole unless its home lies cyclically in (hole, j].
             if (((j - home) & mask) >= ((j - hole) & mask)) {
                 m_slots[hole] = m_slots[j];
-                m_slots[j] = 0;
+                m_slots[j] = Slot{};
                 hole = j;
             }
         }
     }
-    for (uint64_t& s : m_slots)
-        if (s != 0 && (s & 0xffffffffu) > pos + 1) --s;
+    for (Slot& s : m_slots)
+        if (s.position1 > pos + 1) --s.position1;
     if (hole != npos && m_shadowed > 0) {
         // A later entity of the same name now takes the entry.
         for (size_t p = pos; p < keys.size(); ++p) {
@@ -130,7 +135,7 @@ void LPNameIndex::Erase(size_t pos, const Key& gone, const std::vector<Key>& key
 void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys, size_t room) {
     size_t capacity = 16;
     while (capacity < 2 * (std::max(positions, room) + 1)) capacity *= 2;
-    m_slots.assign(capacity, 0);
+    m_slots.assign(capacity, Slot{});
     m_used = 0;
     m_shadowed = 0;
     for (size_t p = 0; p < positions; ++p) Place(p, HashOf(keys[p]), keys);
@@ -189,7 +194,7 @@ void LPNameIndex::Reserve(size_t positions, size_t nameBytes, const std::vector<
 
 void LPNameIndex::Clear() {
     std::string().swap(m_arena);
-    std::vector<uint64_t>().swap(m_slots);
+    std::vector<Slot>().swap(m_slots);
     m_used = 0;
     m_shadowed = 0;
     m_liveBytes = 0;

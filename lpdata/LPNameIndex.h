@@ -3,8 +3,11 @@
 //
 // The names are copied, as they were when their entities were added, into one
 // contiguous arena; a flat open-addressing table (linear probing, at most half
-// full) maps each name's hash to a position in the list. Lookups touch one
-// table slot and, on a hash match, one arena entry. Positions change when
+// full) maps each name's hash to a position in the list. Each slot also holds
+// the name's first eight bytes and its length, so a lookup of a name of up to
+// eight characters touches one table slot and nothing else (one cache miss
+// on a large model); longer names are confirmed against the arena on a full
+// match of hash, length and first bytes. Positions change when
 // entities are removed: a single removal erases its entry and shifts the
 // later positions down in one sequential pass over the table (Erase); a batch
 // removal re-indexes from scratch (Rebuild). Both are O(n), as the removal
@@ -38,6 +41,10 @@ public:
     static void CheckRoom(size_t positions);
     // Position of the first entity added under `name`, or npos.
     size_t Find(const char* name, const std::vector<Key>& keys) const;
+    // Asks for the memory a lookup of the name (s, n) will read first.
+    void Prefetch(const char* s, size_t n) const {
+        if (!m_slots.empty()) __builtin_prefetch(&m_slots[Hash(s, n) & (m_slots.size() - 1)]);
+    }
     // Forgets position `pos`, whose key `gone` the owner has just taken out
     // of `keys`, and moves every later position down by one. When pos held a
     // name that a later position also has, that position becomes the one
@@ -63,8 +70,27 @@ private:
     bool Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
     uint64_t HashOf(const Key& key) const { return Hash(m_arena.data() + key.offset, key.length); }
 
+    // One table entry. `position1` is the position + 1 (0: empty); `check` is
+    // the hash's top 24 bits over the length (capped at 255); `head` the first
+    // eight bytes of the name, zero-padded.
+    struct Slot {
+        uint64_t head;
+        uint32_t position1;
+        uint32_t check;
+    };
+    static uint64_t Head(const char* s, size_t n);
+    static uint32_t Check(uint64_t hash, size_t n) {
+        return static_cast<uint32_t>((hash >> 40) << 8) | static_cast<uint32_t>(n < 255 ? n : 255);
+    }
+    // True when slot s holds the name (s, n) whose head and check are given.
+    bool Holds(const Slot& slot, uint64_t head, uint32_t check, const char* s, size_t n,
+               const std::vector<Key>& keys) const {
+        return slot.check == check && slot.head == head &&
+               (n <= 8 || Equals(keys[slot.position1 - 1], s, n));
+    }
+
     std::string m_arena;
-    std::vector<uint64_t> m_slots;  // 0: empty; else (hash tag << 32) | (position + 1)
+    std::vector<Slot> m_slots;
     size_t m_liveBytes = 0;
     size_t m_used = 0;
     size_t m_shadowed = 0;  // positions whose name an earlier position holds

@@ -2,6 +2,7 @@
 
 #include "lpdata/ILPEquation.h"
 #include "lpdata/ILPVariable.h"
+#include "lpdata/LPNonZeroPool.h"
 #include "lpdata/ZEMTypes.h"
 
 std::atomic<uint64_t> LPNonZero::s_changes{0};
@@ -26,6 +27,13 @@ LPNonZero& LPNonZero::operator=(const LPNonZero& other) {
     m_diffed = other.m_diffed;
     Changed();
     return *this;
+}
+
+void LPNonZero::Destroy() {
+    if (m_pool != nullptr)
+        m_pool->Give(this);
+    else
+        delete this;
 }
 
 int LPNonZero::GetEquationIdx() const { return m_equation ? m_equation->GetIndex() : 0; }

@@ -1,5 +1,7 @@
 // The concrete matrix entry. Its row and column numbers are read through the
-// equation and variable it points to.
+// equation and variable it points to. Entries made by a matrix live in the
+// matrix's pool (LPNonZeroPool.h) and go back to it on Destroy; others (made
+// with new) are deleted.
 //
 // Every write of a coefficient, an equation or a variable pointer (setters,
 // copy, assignment) advances one process-wide change counter, so that copies
@@ -14,6 +16,8 @@
 
 #include "lpdata/ILPNonZero.h"
 
+class LPNonZeroPool;
+
 class LPNonZero : public ILPNonZero {
 public:
     LPNonZero() = default;
@@ -21,7 +25,7 @@ public:
     LPNonZero& operator=(const LPNonZero& other);
     ~LPNonZero() override = default;
 
-    void Destroy() override { delete this; }
+    void Destroy() override;
     void SetIndex(int index) override { m_index = index; }
     int GetIndex() const override { return m_index; }
     void GetCoordinates(int& row, int& col) const override;
@@ -59,6 +63,8 @@ public:
     static uint64_t ChangeCount() { return s_changes.load(std::memory_order_relaxed); }
 
 private:
+    friend class LPNonZeroPool;
+
     static void Changed() {
         s_changes.store(s_changes.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     }
@@ -72,4 +78,5 @@ private:
     double m_partial = 0.0;
     int16_t m_nonlinear = 0;
     bool m_diffed = false;
+    LPNonZeroPool* m_pool = nullptr;  // the pool that holds this entry, if any
 };

@@ -47,6 +47,8 @@ public:
     void CreateNewVariableObject(ILPVariable** out) override;
     int AddVariableObject(ILPVariable* var) override;
     ILPVariable* VarNameLookup(const char* name) override { return m_store.Lookup(name); }
+    // A hint that the name (s, n) will be looked up soon.
+    void PrefetchName(const char* s, size_t n) const { m_store.Prefetch(s, n); }
     void RetrieveVariableObject(int index, ILPVariable** out) override;
     int VarTypeCount(int16_t type) override;
     ILPVariable* FrstVariableObject() override;

@@ -54,3 +54,13 @@ bool MPSLineSource::ReadLine(char* dst, size_t cap, size_t& len) {
     len = n;
     return true;
 }
+
+bool MPSLineSource::Peek(const char*& line, size_t& len) const {
+    if (m_pos >= m_end) return false;
+    const char* s = m_buf.get() + m_pos;
+    const void* nl = std::memchr(s, '\n', m_end - m_pos);
+    if (nl == nullptr) return false;
+    line = s;
+    len = static_cast<size_t>(static_cast<const char*>(nl) - s);
+    return true;
+}

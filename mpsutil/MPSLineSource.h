@@ -22,6 +22,10 @@ public:
     // is exhausted (nothing copied).
     bool ReadLine(char* dst, size_t cap, size_t& len);
 
+    // The next line's bytes (without its newline) when the whole line is
+    // already buffered; false otherwise. Nothing is consumed.
+    bool Peek(const char*& line, size_t& len) const;
+
     // True when the input failed for another reason than its end.
     bool InputFailed() const { return m_failed; }
 

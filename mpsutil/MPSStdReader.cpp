@@ -12,6 +12,8 @@
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
+#include "lpdata/LPEquationList.h"
+#include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
 namespace {
@@ -300,6 +302,8 @@ void MPSStdReader::FetchModelParts(const char* message, const char* routine, int
     if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr) {
         ProcessError("MPS Read/Process Error", message, routine, srcLine);
     }
+    m_varHint = dynamic_cast<const LPVariableList*>(m_varList);
+    m_eqnHint = dynamic_cast<const LPEquationList*>(m_eqnList);
 }
 
 ILPEquation* MPSStdReader::FindEquation(const char* name) { return m_eqnList->EqnNameLookup(name); }

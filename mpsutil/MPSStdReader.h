@@ -72,6 +72,8 @@
 
 class ILPEquation;
 class ILPEquationList;
+class LPEquationList;
+class LPVariableList;
 class ILPMatrix;
 class ILPStdDataMgr;
 class ILPVariable;
@@ -200,6 +202,20 @@ protected:
     [[noreturn]] void ProcessError(const char* category, const char* message,
                                    const char* routine, int srcLine) const;
 
+    // Look-ahead for the name lookups, which on a large model each cost a
+    // cache miss: when the next line is already buffered, the name fields
+    // given (-1: none) are located in it with PeekField and their slots in
+    // the variable or equation name index requested ahead of use, so the
+    // next card's lookups find them in cache. Only a hint: nothing is read
+    // into the model and nothing is checked; a misplaced field costs a
+    // wasted request.
+    void PrefetchNextCard(int varField, int eqnField1, int eqnField2 = -1);
+    // The text of field `field` in the raw data card `line` (len bytes, no
+    // newline, not NUL-terminated), blanks around it dropped, as this
+    // reader lays fields out; false when the line holds no such field.
+    virtual bool PeekField(const char* line, size_t len, int field, const char*& text,
+                           size_t& n) const;
+
     const char* Field(int f) const { return m_fields[f]; }
     bool HasField(int f) const { return m_fields[f][0] != '\0'; }
     double FieldNumber(int f) const;
@@ -235,6 +251,10 @@ protected:
     ILPVariableList* m_varList = nullptr;
     ILPEquationList* m_eqnList = nullptr;
     ILPMatrix* m_matrix = nullptr;
+    // The library's own lists behind m_varList / m_eqnList (null for other
+    // implementations), for the look-ahead.
+    const LPVariableList* m_varHint = nullptr;
+    const LPEquationList* m_eqnHint = nullptr;
 
 private:
     // Everything after the input is open: NAME, ROWS, COLUMNS, the section

@@ -78,6 +78,7 @@ void MPSStdReader::ROWSData() {
                       __LINE__);
     FetchModelParts("ROWSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     do {
+        PrefetchNextCard(-1, kMPSFieldName1);
         const char* name = Field(kMPSFieldName1);
         if (name[0] == '\0') MPS_CARD_ERROR("MPS ROWS Section Error - Incomplete Data Entry", kRoutine);
         if (FindEquation(name) != nullptr) {
@@ -108,6 +109,7 @@ void MPSStdReader::COLUMNSData() {
     FetchModelParts("COLUMNSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     m_lastColumn = nullptr;
     do {
+        PrefetchNextCard(kMPSFieldName1, kMPSFieldName2, kMPSFieldName3);
         const char* column = Field(kMPSFieldName1);
         if (column[0] == '\0') MPS_CARD_ERROR(kIncomplete, kRoutine);
         const bool pair1 = HasField(kMPSFieldName2);
@@ -152,6 +154,7 @@ void MPSStdReader::RHSData() {
     CheckSection(kMPSCardRHS, "RHSData method invoked in wrong state", kRoutine, __LINE__);
     FetchModelParts("RHSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     while (ReadMPSCard() == kMPSCardData) {
+        PrefetchNextCard(-1, kMPSFieldName2, kMPSFieldName3);
         if (!HasField(kMPSFieldName1)) MPS_CARD_ERROR(kIncomplete, kRoutine);
         // First pair: a row that does not exist is passed over.
         if (HasField(kMPSFieldName2)) {
@@ -178,6 +181,7 @@ void MPSStdReader::RANGESData() {
     FetchModelParts("RANGESData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     const int pairs[2][2] = {{kMPSFieldName2, kMPSFieldNumber1}, {kMPSFieldName3, kMPSFieldNumber2}};
     while (ReadMPSCard() == kMPSCardData) {
+        PrefetchNextCard(-1, kMPSFieldName2, kMPSFieldName3);
         for (const auto& pair : pairs) {
             if (!HasField(pair[0])) continue;
             if (!HasField(pair[1])) {
@@ -200,6 +204,7 @@ void MPSStdReader::BOUNDSData() {
     CheckSection(kMPSCardBOUNDS, "BOUNDSData method invoked in wrong state", kRoutine, __LINE__);
     FetchModelParts("BOUNDSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     while (ReadMPSCard() == kMPSCardData) {
+        PrefetchNextCard(kMPSFieldName2, -1);
         if (!HasField(kMPSFieldKey)) {
             MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine);
         }

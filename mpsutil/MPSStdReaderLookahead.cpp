@@ -1,0 +1,36 @@
+// Look-ahead of the standard MPS reader: the name fields of the next,
+// still unread line are located in the raw buffer and their name index
+// slots requested, so that the lookups of the next card do not wait for
+// memory. Nothing here changes what is read.
+#include <algorithm>
+
+#include "lpdata/LPEquationList.h"
+#include "lpdata/LPVariableList.h"
+#include "mpsutil/MPSStdReader.h"
+
+bool MPSStdReader::PeekField(const char* line, size_t len, int field, const char*& text,
+                             size_t& n) const {
+    const size_t start = static_cast<size_t>(m_geometry.start[field]);
+    if (start >= len) return false;
+    text = line + start;
+    size_t e = std::min(len - start, static_cast<size_t>(m_geometry.Width(field)));
+    while (e > 0 && (text[e - 1] == ' ' || text[e - 1] == '\r')) --e;
+    size_t b = 0;
+    while (b < e && text[b] == ' ') ++b;
+    text += b;
+    n = e - b;
+    return n > 0;
+}
+
+void MPSStdReader::PrefetchNextCard(int varField, int eqnField1, int eqnField2) {
+    const char* line = nullptr;
+    size_t len = 0;
+    if (!m_lines.Peek(line, len) || len == 0) return;
+    const char* text = nullptr;
+    size_t n = 0;
+    if (m_varHint != nullptr && varField >= 0 && PeekField(line, len, varField, text, n))
+        m_varHint->PrefetchName(text, n);
+    if (m_eqnHint == nullptr) return;
+    for (const int field : {eqnField1, eqnField2})
+        if (field >= 0 && PeekField(line, len, field, text, n)) m_eqnHint->PrefetchName(text, n);
+}
