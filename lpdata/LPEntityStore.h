@@ -39,7 +39,7 @@ public:
         const int idx = e->GetIndex();
         if (idx >= 1 && static_cast<size_t>(idx) <= m_items.size() && m_items[idx - 1] == e)
             return idx;
-        m_keys.push_back(m_names.Store(e->GetName()));
+        m_keys.push_back(m_names.Store(e->GetName(), e));
         m_items.push_back(e);
         m_names.Insert(m_items.size() - 1, m_keys);
         const int newIdx = static_cast<int>(m_items.size());
@@ -51,8 +51,7 @@ public:
     void Prefetch(const char* s, size_t n) const { m_names.Prefetch(s, n); }
 
     E* Lookup(const char* name) const {
-        const size_t pos = m_names.Find(name, m_keys);
-        return pos == LPNameIndex::npos ? nullptr : m_items[pos];
+        return static_cast<E*>(m_names.FindItem(name, m_keys));
     }
 
     // Index above the count: null; index 1 or below: the first entity.
@@ -84,7 +83,7 @@ public:
         m_keys.reserve(from + batch.size());
         m_names.Reserve(from + batch.size(), nameBytes, m_keys);
         try {
-            for (E* e : batch) m_keys.push_back(m_names.Store(e->GetName()));
+            for (E* e : batch) m_keys.push_back(m_names.Store(e->GetName(), e));
         } catch (...) {
             m_keys.resize(from);
             throw;

@@ -33,7 +33,7 @@ bool LPNameIndex::Equals(const Key& key, const char* s, size_t n) const {
     return key.length == n && std::memcmp(m_arena.data() + key.offset, s, n) == 0;
 }
 
-LPNameIndex::Key LPNameIndex::Store(const char* name) {
+LPNameIndex::Key LPNameIndex::Store(const char* name, void* item) {
     const size_t n = name ? std::strlen(name) : 0;
     if (m_arena.size() + n > std::numeric_limits<uint32_t>::max())
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", "Name storage exceeds 4 GB",
@@ -41,6 +41,7 @@ LPNameIndex::Key LPNameIndex::Store(const char* name) {
     Key key;
     key.offset = static_cast<uint32_t>(m_arena.size());
     key.length = static_cast<uint32_t>(n);
+    key.item = item;
     m_arena.append(name ? name : "", n);
     m_liveBytes += n;
     return key;
@@ -52,8 +53,8 @@ uint64_t LPNameIndex::Head(const char* s, size_t n) {
     return w;
 }
 
-size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
-    if (name == nullptr || m_slots.empty()) return npos;
+const LPNameIndex::Slot* LPNameIndex::Lookup(const char* name, const std::vector<Key>& keys) const {
+    if (name == nullptr || m_slots.empty()) return nullptr;
     const size_t n = std::strlen(name);
     const uint64_t h = Hash(name, n);
     const uint64_t head = Head(name, n);
@@ -61,9 +62,19 @@ size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
     const size_t mask = m_slots.size() - 1;
     for (size_t i = static_cast<size_t>(h) & mask;; i = (i + 1) & mask) {
         const Slot& slot = m_slots[i];
-        if (slot.position1 == 0) return npos;
-        if (Holds(slot, head, check, name, n, keys)) return slot.position1 - 1;
+        if (slot.position1 == 0) return nullptr;
+        if (Holds(slot, head, check, name, n, keys)) return &slot;
     }
+}
+
+size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
+    const Slot* slot = Lookup(name, keys);
+    return slot == nullptr ? npos : slot->position1 - 1;
+}
+
+void* LPNameIndex::FindItem(const char* name, const std::vector<Key>& keys) const {
+    const Slot* slot = Lookup(name, keys);
+    return slot == nullptr ? nullptr : slot->item;
 }
 
 bool LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys) {
@@ -75,7 +86,7 @@ bool LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys)
     for (size_t i = static_cast<size_t>(hash) & mask;; i = (i + 1) & mask) {
         Slot& slot = m_slots[i];
         if (slot.position1 == 0) {
-            slot = Slot{head, static_cast<uint32_t>(pos + 1), check};
+            slot = Slot{head, key.item, static_cast<uint32_t>(pos + 1), check};
             ++m_used;
             return true;
         }

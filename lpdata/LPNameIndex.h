@@ -4,10 +4,10 @@
 // The names are copied, as they were when their entities were added, into one
 // contiguous arena; a flat open-addressing table (linear probing, at most half
 // full) maps each name's hash to a position in the list. Each slot also holds
-// the name's first eight bytes and its length, so a lookup of a name of up to
-// eight characters touches one table slot and nothing else (one cache miss
-// on a large model); longer names are confirmed against the arena on a full
-// match of hash, length and first bytes. Positions change when
+// the name's first eight bytes, its length and the entity, so a lookup of a
+// name of up to eight characters touches one table slot and nothing else
+// (one cache miss on a large model); longer names are confirmed against the
+// arena on a full match of hash, length and first bytes. Positions change when
 // entities are removed: a single removal erases its entry and shifts the
 // later positions down in one sequential pass over the table (Erase); a batch
 // removal re-indexes from scratch (Rebuild). Both are O(n), as the removal
@@ -23,14 +23,17 @@ class LPNameIndex {
 public:
     static constexpr size_t npos = static_cast<size_t>(-1);
 
-    // Where a name sits in the arena.
+    // Where a name sits in the arena, and the entity it names (handed back
+    // by FindItem).
     struct Key {
         uint32_t offset = 0;
         uint32_t length = 0;
+        void* item = nullptr;
     };
 
-    // Copies the name into the arena and returns its key (not yet indexed).
-    Key Store(const char* name);
+    // Copies the name into the arena and returns its key for `item` (not
+    // yet indexed).
+    Key Store(const char* name, void* item);
     // Indexes position `pos` under `key` unless an earlier position already
     // holds that name. `keys` are the keys of all positions, `pos` included.
     void Insert(size_t pos, const std::vector<Key>& keys);
@@ -41,9 +44,16 @@ public:
     static void CheckRoom(size_t positions);
     // Position of the first entity added under `name`, or npos.
     size_t Find(const char* name, const std::vector<Key>& keys) const;
+    // The item of that position, or null. The slot holds it, so a short
+    // name is resolved without touching any other memory.
+    void* FindItem(const char* name, const std::vector<Key>& keys) const;
     // Asks for the memory a lookup of the name (s, n) will read first.
     void Prefetch(const char* s, size_t n) const {
-        if (!m_slots.empty()) __builtin_prefetch(&m_slots[Hash(s, n) & (m_slots.size() - 1)]);
+        if (m_slots.empty()) return;
+        // A slot may straddle two cache lines.
+        const char* slot = reinterpret_cast<const char*>(&m_slots[Hash(s, n) & (m_slots.size() - 1)]);
+        __builtin_prefetch(slot);
+        __builtin_prefetch(slot + sizeof(Slot) - 1);
     }
     // Forgets position `pos`, whose key `gone` the owner has just taken out
     // of `keys`, and moves every later position down by one. When pos held a
@@ -72,12 +82,15 @@ private:
 
     // One table entry. `position1` is the position + 1 (0: empty); `check` is
     // the hash's top 24 bits over the length (capped at 255); `head` the first
-    // eight bytes of the name, zero-padded.
+    // eight bytes of the name, zero-padded; `item` that of the position's key.
     struct Slot {
         uint64_t head;
+        void* item;
         uint32_t position1;
         uint32_t check;
     };
+    // The slot holding the name, or null.
+    const Slot* Lookup(const char* name, const std::vector<Key>& keys) const;
     static uint64_t Head(const char* s, size_t n);
     static uint32_t Check(uint64_t hash, size_t n) {
         return static_cast<uint32_t>((hash >> 40) << 8) | static_cast<uint32_t>(n < 255 ? n : 255);

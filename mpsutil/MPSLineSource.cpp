@@ -62,5 +62,6 @@ bool MPSLineSource::Peek(const char*& line, size_t& len) const {
     if (nl == nullptr) return false;
     line = s;
     len = static_cast<size_t>(static_cast<const char*>(nl) - s);
+    if (len > 0 && s[len - 1] == '\r') --len;
     return true;
 }

@@ -22,7 +22,8 @@ public:
     // is exhausted (nothing copied).
     bool ReadLine(char* dst, size_t cap, size_t& len);
 
-    // The next line's bytes (without its newline) when the whole line is
+    // The next line's bytes (without its newline and a carriage return
+    // before it) when the whole line is
     // already buffered; false otherwise. Nothing is consumed.
     bool Peek(const char*& line, size_t& len) const;
 

@@ -302,6 +302,10 @@ void MPSStdReader::FetchModelParts(const char* message, const char* routine, int
     if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr) {
         ProcessError("MPS Read/Process Error", message, routine, srcLine);
     }
+    NoteListsForLookahead();
+}
+
+void MPSStdReader::NoteListsForLookahead() {
     m_varHint = dynamic_cast<const LPVariableList*>(m_varList);
     m_eqnHint = dynamic_cast<const LPEquationList*>(m_eqnList);
 }

@@ -3,6 +3,7 @@
 // XMPSReaderTerms.cpp, the other extended sections in XMPSReaderSections.cpp.
 #include "xmpsutil/XMPSReader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -275,6 +276,20 @@ int16_t XMPSReader::ParseDataCard() {
     if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR) return ParseNONLINEARDataCard();
     ParseMPSStdDataCardFreeFormat();
     return kMPSCardData;
+}
+
+void XMPSReader::PeekFields(const char* line, size_t len, const char* text[kMPSFieldCount],
+                            size_t n[kMPSFieldCount]) const {
+    xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
+    const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
+    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR)
+        xmpstok::LocateTermCard(line, cut, m_geometry.start[kMPSFieldName1], spans);
+    else
+        xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), spans);
+    for (int f = 0; f < kMPSFieldCount; ++f) {
+        text[f] = spans[f].text;
+        n[f] = spans[f].n;
+    }
 }
 
 void XMPSReader::ParseMPSStdDataCardFreeFormat() {

@@ -117,6 +117,9 @@ protected:
     int16_t ExtendedHeaderCardSet() override;
     void ProcessExtendedSections() override;
     void SetFieldWidth(int16_t nameWidth, int16_t numberWidth, int16_t keyWidth) override;
+    // Fields by the free-format rule (none in the token-rule sections).
+    void PeekFields(const char* line, size_t len, const char* text[kMPSFieldCount],
+                    size_t n[kMPSFieldCount]) const override;
 
     // The fixed-column XLINEAR rule: key, equation and coefficient in fixed
     // fields, variable names from the name-list column, each name-width

@@ -178,6 +178,7 @@ void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonL
     if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr || *nl == nullptr) {
         ProcessFault(kProcessError, failText, routine, __LINE__);
     }
+    NoteListsForLookahead();
 }
 
 ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, const char* failText,
@@ -228,6 +229,7 @@ void XMPSReader::NONLINEARData() {
     };
     try {
         do {
+            PrefetchNextCard(-1, kMPSFieldName1);
             ApplyTermCard(texts, nl);
         } while (ReadMPSCard() == kXMPSCardToken);
     } catch (...) {

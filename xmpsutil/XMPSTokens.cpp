@@ -12,6 +12,10 @@ bool isExponentMark(char c) { return c == 'D' || c == 'E' || c == 'd' || c == 'e
 
 // Copies at most kTokenMax characters of [begin, end) into dst.
 void copyToken(char* dst, const char* begin, const char* end) {
+    if (begin == nullptr) {
+        dst[0] = '\0';
+        return;
+    }
     size_t n = static_cast<size_t>(end - begin);
     if (n > static_cast<size_t>(kTokenMax)) n = kTokenMax;
     std::memcpy(dst, begin, n);
@@ -67,8 +71,8 @@ bool ExtractToken(int& count, const char* source, char* target, int maxLen) {
     return out != target;
 }
 
-void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
-    for (int f = 0; f < kCardFieldCount; ++f) fields[f][0] = '\0';
+void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans) {
+    for (int f = 0; f < kCardFieldCount; ++f) spans[f] = FieldSpan{};
     const char* end = line + len;
     const int keyArea = len < 4 ? len : 4;
 
@@ -81,43 +85,59 @@ void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const*
     }
     if (len > 4 && !isBlank(line[3]) && !isBlank(line[4])) crossesColumn5 = true;
 
-    char* const* rest = fields + 1;  // name 1 .. number 2
     const char* p;
-    int next = 0;  // next field of `rest` to fill
+    int next = 1;  // next field to fill
+    const char* tokEnd;
     const bool aligned = sectionHasKey ? (keyTokens <= 1 && !crossesColumn5) : keyTokens == 0;
     if (aligned) {
         // The card is aligned on the columns: key from columns 1-4, first
         // name from column 5 when it starts there.
-        int k = 0;
-        for (int i = 0; i < keyArea; ++i) {
-            if (!isBlank(line[i])) fields[0][k++] = line[i];
-        }
-        fields[0][k] = '\0';
+        spans[0] = FieldSpan{line, static_cast<size_t>(keyArea), true};
         p = line + keyArea;
         if (len > 4 && !isBlank(line[4])) {
-            const char* tokEnd;
             const char* tok = nextToken(p, end, &tokEnd);
-            copyToken(fields[1], tok, tokEnd);
+            spans[1] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
             p = tokEnd;
         }
-        next = 1;
+        next = 2;
     } else {
         // Laid out by tokens alone.
         p = line;
         if (sectionHasKey) {
-            const char* tokEnd;
             const char* tok = nextToken(p, end, &tokEnd);
-            copyToken(fields[0], tok, tokEnd);
+            spans[0] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
             p = tokEnd;
         }
-        next = 0;
     }
-    while (next < 5) {
-        const char* tokEnd;
+    for (; next < kCardFieldCount; ++next) {
         const char* tok = nextToken(p, end, &tokEnd);
         if (tok == tokEnd) break;
-        copyToken(rest[next++], tok, tokEnd);
+        spans[next] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
         p = tokEnd;
+    }
+}
+
+void LocateTermCard(const char* line, int len, int nameStart, FieldSpan* spans) {
+    for (int f = 0; f < kCardFieldCount; ++f) spans[f] = FieldSpan{};
+    if (nameStart >= len) return;
+    const char* tokEnd;
+    const char* tok = nextToken(line + nameStart, line + len, &tokEnd);
+    spans[1] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
+}
+
+void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
+    FieldSpan spans[kCardFieldCount];
+    LocateFreeFormat(line, len, sectionHasKey, spans);
+    for (int f = 0; f < kCardFieldCount; ++f) {
+        const FieldSpan& span = spans[f];
+        if (!span.keyColumns) {
+            copyToken(fields[f], span.text, span.text + span.n);
+            continue;
+        }
+        int k = 0;  // the key's non-blank characters of columns 1-4
+        for (size_t i = 0; i < span.n; ++i)
+            if (!isBlank(span.text[i])) fields[f][k++] = span.text[i];
+        fields[f][k] = '\0';
     }
 }
 

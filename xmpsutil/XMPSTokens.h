@@ -64,4 +64,19 @@ constexpr int kCardFieldCount = 6;
 // without keys a card with text in columns 1-4 is read by tokens alone.
 void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields);
 
+// Where ParseFreeFormat finds each field in the line: a token, or (for the
+// key of a card aligned on the columns, keyColumns set) columns 1-4, whose
+// blanks are dropped. An absent field has a null text.
+struct FieldSpan {
+    const char* text = nullptr;
+    size_t n = 0;
+    bool keyColumns = false;
+};
+void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans);
+// Where a token-rule card holds its equation name, for look-ahead: the
+// token from offset `nameStart` as field 1; the other fields are left
+// absent (the arguments' places depend on the keyword and the continuation
+// lines, and a section's cards mostly repeat the variable anyway).
+void LocateTermCard(const char* line, int len, int nameStart, FieldSpan* spans);
+
 }  // namespace xmpstok
