@@ -292,7 +292,10 @@ void LPMatrix::ResetMatrixCollection() {
 }
 
 void LPMatrix::BuildFastCollections() {
-    SettleRows();
+    // Checks every entry's row and counts the rows; the row layout itself
+    // is derived when a row is first walked.
+    Sync();
+    m_rows.Count(m_all, RowLimit());
     m_cols.TrimTail();
 }
 
@@ -409,8 +412,9 @@ ILPNonZero* LPMatrix::ColNextNonZeroObject() {
 }
 
 int LPMatrix::NonZerosInRow(int row) {
-    SettleRows();
-    return row < 0 ? 0 : static_cast<int>(m_rows.Size(static_cast<size_t>(row)));
+    Sync();
+    m_rows.Count(m_all, RowLimit());
+    return row < 0 ? 0 : static_cast<int>(m_rows.Counted(static_cast<size_t>(row)));
 }
 
 int LPMatrix::NonZerosInColumn(int col) {

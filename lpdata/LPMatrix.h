@@ -130,8 +130,9 @@ protected:
     ILPNonZero* InternalNextNonZeroObjectByRow() override;
     ILPNonZero* InternalRowFrstNonZeroObject(int row) override;
     ILPNonZero* InternalRowNextNonZeroObject() override;
-    // Brings rows and columns up to date with the lists' indices and derives
-    // the row structure.
+    // Brings rows and columns up to date with the lists' indices, checks
+    // every entry's row and counts the rows' entries (the row layout is
+    // derived at the first row walk).
     void BuildFastCollections() override;
 
 private:

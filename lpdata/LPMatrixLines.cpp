@@ -188,8 +188,42 @@ void LPMatrixRows::Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner) {
         ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
 }
 
+void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit) {
+    if (m_built) {
+        Settle(all, limit);
+        return;
+    }
+    if (m_counted == kNotCounted || m_counted > all.size()) {
+        const size_t slots = limit >= 0 ? static_cast<size_t>(limit) + 1 : 0;
+        m_owner.assign(slots, nullptr);
+        m_count.assign(slots, 0);
+        m_counted = 0;
+    }
+    constexpr size_t kAhead = 16;  // see Rebuild
+    const size_t n = all.size();
+    for (size_t i = m_counted; i < n; ++i) {
+        if (i + kAhead < n) __builtin_prefetch(all[i + kAhead]->GetEquationPtr());
+        const ILPEquation* eqn = all[i]->GetEquationPtr();
+        const size_t r = KeyOf(all[i], eqn, limit);
+        if (r >= m_owner.size()) {
+            m_owner.resize(r + 1, nullptr);
+            m_count.resize(r + 1, 0);
+        }
+        Claim(r, all[i], eqn);
+        ++m_count[r];
+        m_counted = i + 1;
+    }
+}
+
+size_t LPMatrixRows::Counted(size_t r) const {
+    if (m_built) return Size(r);
+    return r < m_count.size() && m_counted != kNotCounted ? m_count[r] : 0;
+}
+
 void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
     m_built = false;
+    m_counted = kNotCounted;
+    std::vector<uint32_t>().swap(m_count);
     const size_t n = all.size();
     // One pass reads each entry's row (and checks its owner), one places it.
     std::vector<uint32_t> keys(n);
@@ -250,6 +284,7 @@ void LPMatrixRows::Settle(const std::deque<ILPNonZero*>& all, int limit) {
 }
 
 void LPMatrixRows::Rekey(int limit) {
+    m_counted = kNotCounted;
     if (!m_built) return;
     const size_t oldSlots = Slots();
     std::vector<size_t> oldOf(limit >= 0 ? static_cast<size_t>(limit) + 1 : oldSlots, static_cast<size_t>(-1));

@@ -6,8 +6,10 @@
 // entries also keeps a hash index from equation to nonzero.
 //
 // Rows are derived from the matrix's insertion-ordered nonzero list when a
-// row is first asked for: one pass counts the entries of each row and one
-// places them (compressed row storage). Entries added after that are filed
+// row is first walked: one pass counts the entries of each row and one
+// places them (compressed row storage). Asking only how many entries rows
+// have (as finishing a read does) runs the counting pass alone, kept up to
+// date as entries are appended, and leaves the placing to the first walk. Entries added after that are filed
 // into small per-row overflow lines until they are many, when the rows are
 // derived again. Within a row the entries are always in insertion order, so
 // "the p-th entry of row r" does not depend on the layout and row cursors
@@ -15,6 +17,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <unordered_map>
@@ -67,8 +70,16 @@ public:
     // Brings the rows up to date with all[0..all.size()). `limit` bounds the
     // row index (-1: no bound).
     void Settle(const std::deque<ILPNonZero*>& all, int limit);
+    // Brings the per-row entry counts up to date with all (checking every
+    // entry's row as Settle does) without deriving the rows.
+    void Count(const std::deque<ILPNonZero*>& all, int limit);
+    // Entries of row r as of the last Settle or Count.
+    size_t Counted(size_t r) const;
     // The rows are derived from scratch at the next Settle.
-    void Invalidate() { m_built = false; }
+    void Invalidate() {
+        m_built = false;
+        m_counted = kNotCounted;
+    }
     // Follows a renumbering of the equations (removed rows are empty): the
     // surviving rows keep their order, so only the row starts move, O(rows).
     // Falls back to a fresh derivation when the new indices do not keep the
@@ -91,6 +102,9 @@ private:
     std::vector<ILPNonZero*> m_data;
     std::vector<std::vector<ILPNonZero*>> m_extra;  // filed after the last derivation
     std::vector<const ILPEquation*> m_owner;
+    static constexpr size_t kNotCounted = static_cast<size_t>(-1);
+    std::vector<uint32_t> m_count;        // entries per row while not built
+    size_t m_counted = kNotCounted;       // entries of the list in m_count
     size_t m_extraCount = 0;
     size_t m_settled = 0;  // entries of the nonzero list already in the rows
     bool m_built = false;

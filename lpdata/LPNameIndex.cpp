@@ -149,7 +149,25 @@ void LPNameIndex::Grow(size_t positions, const std::vector<Key>& keys, size_t ro
     m_slots.assign(capacity, Slot{});
     m_used = 0;
     m_shadowed = 0;
-    for (size_t p = 0; p < positions; ++p) Place(p, HashOf(keys[p]), keys);
+    PlaceRange(0, positions, keys);
+}
+
+void LPNameIndex::PlaceRange(size_t from, size_t to, const std::vector<Key>& keys) {
+    // Hashing walks the names in order; placing touches random slots, so
+    // the names are hashed a block at a time and each slot is requested a
+    // few entries before it is needed.
+    constexpr size_t kBlock = 4096;
+    constexpr size_t kAhead = 8;
+    uint64_t hashes[kBlock];
+    const size_t mask = m_slots.size() - 1;
+    for (size_t begin = from; begin < to; begin += kBlock) {
+        const size_t n = std::min(kBlock, to - begin);
+        for (size_t i = 0; i < n; ++i) hashes[i] = HashOf(keys[begin + i]);
+        for (size_t i = 0; i < n; ++i) {
+            if (i + kAhead < n) __builtin_prefetch(&m_slots[hashes[i + kAhead] & mask], 1);
+            Place(begin + i, hashes[i], keys);
+        }
+    }
 }
 
 void LPNameIndex::CheckRoom(size_t positions) {
@@ -162,16 +180,7 @@ void LPNameIndex::InsertRange(size_t from, const std::vector<Key>& keys) {
     if (from >= to) return;
     CheckRoom(to);
     if (2 * (m_used + (to - from) + 1) > m_slots.size()) Grow(from, keys, m_used + (to - from));
-    // Hashing walks the names in order; placing touches random slots, so
-    // each slot is requested a few entries before it is needed.
-    std::vector<uint64_t> hashes(to - from);
-    for (size_t p = from; p < to; ++p) hashes[p - from] = HashOf(keys[p]);
-    constexpr size_t kAhead = 8;
-    const size_t mask = m_slots.size() - 1;
-    for (size_t i = 0; i < hashes.size(); ++i) {
-        if (i + kAhead < hashes.size()) __builtin_prefetch(&m_slots[hashes[i + kAhead] & mask], 1);
-        Place(from + i, hashes[i], keys);
-    }
+    PlaceRange(from, to, keys);
 }
 
 void LPNameIndex::Insert(size_t pos, const std::vector<Key>& keys) {

@@ -76,6 +76,9 @@ private:
     // Re-indexes positions [0, positions) into a table with room for at
     // least `room` positions.
     void Grow(size_t positions, const std::vector<Key>& keys, size_t room = 0);
+    // Place for every position in [from, to), the table's memory fetched
+    // ahead of use.
+    void PlaceRange(size_t from, size_t to, const std::vector<Key>& keys);
     // Indexes pos unless its name is already indexed; false when it was.
     bool Place(size_t pos, uint64_t hash, const std::vector<Key>& keys);
     uint64_t HashOf(const Key& key) const { return Hash(m_arena.data() + key.offset, key.length); }

@@ -204,7 +204,7 @@ protected:
 
     // Look-ahead for the name lookups, which on a large model each cost a
     // cache miss: when the next line is already buffered, the name fields
-    // given (-1: none) are located in it with PeekFields and their slots in
+    // given (-1: none) are located in it with PeekField and their slots in
     // the variable or equation name index requested ahead of use, so the
     // next card's lookups find them in cache. Only a hint: nothing is read
     // into the model and nothing is checked; a misplaced field costs a
@@ -212,11 +212,11 @@ protected:
     void PrefetchNextCard(int varField, int eqnField1, int eqnField2 = -1);
     // Takes m_varList and m_eqnList as the lists PrefetchNextCard serves.
     void NoteListsForLookahead();
-    // The fields of the raw data card `line` (len bytes, no newline, not
-    // NUL-terminated) as this reader lays them out: text[f] and n[f] give
-    // field f with the blanks around it dropped (n[f] = 0: absent).
-    virtual void PeekFields(const char* line, size_t len, const char* text[kMPSFieldCount],
-                            size_t n[kMPSFieldCount]) const;
+    // Field `field` of the raw data card `line` (len bytes, no newline, not
+    // NUL-terminated) as this reader lays fields out, the blanks around it
+    // dropped; false when the card has no such field.
+    virtual bool PeekField(const char* line, size_t len, int field, const char*& text,
+                           size_t& n) const;
 
     const char* Field(int f) const { return m_fields[f]; }
     bool HasField(int f) const { return m_fields[f][0] != '\0'; }

@@ -8,33 +8,29 @@
 #include "lpdata/LPVariableList.h"
 #include "mpsutil/MPSStdReader.h"
 
-void MPSStdReader::PeekFields(const char* line, size_t len, const char* text[kMPSFieldCount],
-                              size_t n[kMPSFieldCount]) const {
-    for (int f = 0; f < kMPSFieldCount; ++f) {
-        n[f] = 0;
-        text[f] = line;
-        const size_t start = static_cast<size_t>(m_geometry.start[f]);
-        if (start >= len) continue;
-        const char* t = line + start;
-        size_t e = std::min(len - start, static_cast<size_t>(m_geometry.Width(f)));
-        while (e > 0 && t[e - 1] == ' ') --e;
-        size_t b = 0;
-        while (b < e && t[b] == ' ') ++b;
-        text[f] = t + b;
-        n[f] = e - b;
-    }
+bool MPSStdReader::PeekField(const char* line, size_t len, int field, const char*& text,
+                             size_t& n) const {
+    const size_t start = static_cast<size_t>(m_geometry.start[field]);
+    if (start >= len) return false;
+    const char* t = line + start;
+    size_t e = std::min(len - start, static_cast<size_t>(m_geometry.Width(field)));
+    while (e > 0 && t[e - 1] == ' ') --e;
+    size_t b = 0;
+    while (b < e && t[b] == ' ') ++b;
+    text = t + b;
+    n = e - b;
+    return n > 0;
 }
 
 void MPSStdReader::PrefetchNextCard(int varField, int eqnField1, int eqnField2) {
     const char* line = nullptr;
     size_t len = 0;
     if (!m_lines.Peek(line, len) || len == 0) return;
-    const char* text[kMPSFieldCount];
-    size_t n[kMPSFieldCount];
-    PeekFields(line, len, text, n);
-    if (m_varHint != nullptr && varField >= 0 && n[varField] > 0)
-        m_varHint->PrefetchName(text[varField], n[varField]);
+    const char* text = nullptr;
+    size_t n = 0;
+    if (m_varHint != nullptr && varField >= 0 && PeekField(line, len, varField, text, n))
+        m_varHint->PrefetchName(text, n);
     if (m_eqnHint == nullptr) return;
     for (const int f : {eqnField1, eqnField2})
-        if (f >= 0 && n[f] > 0) m_eqnHint->PrefetchName(text[f], n[f]);
+        if (f >= 0 && PeekField(line, len, f, text, n)) m_eqnHint->PrefetchName(text, n);
 }

@@ -278,18 +278,18 @@ int16_t XMPSReader::ParseDataCard() {
     return kMPSCardData;
 }
 
-void XMPSReader::PeekFields(const char* line, size_t len, const char* text[kMPSFieldCount],
-                            size_t n[kMPSFieldCount]) const {
+bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*& text,
+                           size_t& n) const {
     xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
     const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
     if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR)
         xmpstok::LocateTermCard(line, cut, m_geometry.start[kMPSFieldName1], spans);
     else
         xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), spans);
-    for (int f = 0; f < kMPSFieldCount; ++f) {
-        text[f] = spans[f].text;
-        n[f] = spans[f].n;
-    }
+    // The card fields are numbered as the free-format fields.
+    text = spans[field].text;
+    n = spans[field].n;
+    return n > 0;
 }
 
 void XMPSReader::ParseMPSStdDataCardFreeFormat() {

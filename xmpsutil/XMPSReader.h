@@ -118,8 +118,8 @@ protected:
     void ProcessExtendedSections() override;
     void SetFieldWidth(int16_t nameWidth, int16_t numberWidth, int16_t keyWidth) override;
     // Fields by the free-format rule (none in the token-rule sections).
-    void PeekFields(const char* line, size_t len, const char* text[kMPSFieldCount],
-                    size_t n[kMPSFieldCount]) const override;
+    bool PeekField(const char* line, size_t len, int field, const char*& text,
+                   size_t& n) const override;
 
     // The fixed-column XLINEAR rule: key, equation and coefficient in fixed
     // fields, variable names from the name-list column, each name-width
