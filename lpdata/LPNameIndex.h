@@ -50,10 +50,11 @@ public:
     // Asks for the memory a lookup of the name (s, n) will read first.
     void Prefetch(const char* s, size_t n) const {
         if (m_slots.empty()) return;
-        // A slot may straddle two cache lines.
         const char* slot = reinterpret_cast<const char*>(&m_slots[Hash(s, n) & (m_slots.size() - 1)]);
         __builtin_prefetch(slot);
-        __builtin_prefetch(slot + sizeof(Slot) - 1);
+        // A slot may straddle two cache lines.
+        if ((reinterpret_cast<uintptr_t>(slot) & 63) > 64 - sizeof(Slot))
+            __builtin_prefetch(slot + sizeof(Slot) - 1);
     }
     // Forgets position `pos`, whose key `gone` the owner has just taken out
     // of `keys`, and moves every later position down by one. When pos held a

@@ -282,10 +282,23 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
                            size_t& n) const {
     xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
     const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
-    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR)
+    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR) {
+        // Equation as field 1; as field 2 a token where the last card had
+        // its first argument.
+        if (field == kMPSFieldName2) {
+            const int at = m_argColumn;
+            if (at <= 0 || at >= cut || xmpstok::isBlank(line[at]) || !xmpstok::isBlank(line[at - 1]))
+                return false;
+            int end = at;
+            while (end < cut && !xmpstok::isBlank(line[end])) ++end;
+            text = line + at;
+            n = static_cast<size_t>(end - at);
+            return true;
+        }
         xmpstok::LocateTermCard(line, cut, m_geometry.start[kMPSFieldName1], spans);
-    else
+    } else {
         xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), spans);
+    }
     // The card fields are numbered as the free-format fields.
     text = spans[field].text;
     n = spans[field].n;

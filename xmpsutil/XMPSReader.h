@@ -169,6 +169,10 @@ protected:
     // capacity from card to card.
     std::vector<char> m_argText;
     std::vector<size_t> m_argStart;
+    // Offset of the last token-rule card's first argument on its first line
+    // (-1: none). Cards written by a program line up, so the look-ahead
+    // expects the next card's first argument at the same offset.
+    int m_argColumn = -1;
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }
     const char* Argument(int i) const { return m_argText.data() + m_argStart[i]; }
 

@@ -79,6 +79,7 @@ bool XMPSReader::ReadContinuedXMPSLine() {
 }
 
 int16_t XMPSReader::ParseNONLINEARDataCard() {
+    m_argColumn = -1;
     m_keyword[0] = '\0';
     m_coefficient[0] = '\0';
     m_argText.clear();
@@ -118,11 +119,16 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     }
     std::memcpy(m_coefficient, token, std::strlen(token) + 1);
 
-    for (;;) {
+    for (bool firstLine = true;;) {
         count = 0;
         if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) break;
+        if (firstLine && m_argColumn < 0) {
+            const int tokenLength = static_cast<int>(std::strlen(token));
+            if (tokenLength < xmpstok::kTokenMax) m_argColumn = pos + count - tokenLength;
+        }
         pos += count;
         if (token[0] == '\\' && token[1] == '\0') {
+            firstLine = false;
             if (!ReadContinuedXMPSLine()) break;
             pos = 0;
             continue;
@@ -229,7 +235,7 @@ void XMPSReader::NONLINEARData() {
     };
     try {
         do {
-            PrefetchNextCard(-1, kMPSFieldName1);
+            PrefetchNextCard(kMPSFieldName2, kMPSFieldName1);
             ApplyTermCard(texts, nl);
         } while (ReadMPSCard() == kXMPSCardToken);
     } catch (...) {
