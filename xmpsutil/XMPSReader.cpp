@@ -282,7 +282,8 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
                            size_t& n) const {
     xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
     const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
-    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR) {
+    const bool tokenRule = m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR;
+    if (tokenRule) {
         // Equation as field 1; as field 2 a token where the last card had
         // its first argument.
         if (field == kMPSFieldName2) {
@@ -296,12 +297,15 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
             return true;
         }
         xmpstok::LocateTermCard(line, cut, m_geometry.start[kMPSFieldName1], spans);
-    } else {
-        xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), spans);
+    } else if (line != m_peekLine || cut != m_peekLength) {
+        // A card's fields are asked for one at a time: locate them once.
+        xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), m_peekSpans);
+        m_peekLine = line;
+        m_peekLength = cut;
     }
-    // The card fields are numbered as the free-format fields.
-    text = spans[field].text;
-    n = spans[field].n;
+    const xmpstok::FieldSpan& span = tokenRule ? spans[field] : m_peekSpans[field];
+    text = span.text;
+    n = span.n;
     return n > 0;
 }
 

@@ -173,6 +173,10 @@ protected:
     // (-1: none). Cards written by a program line up, so the look-ahead
     // expects the next card's first argument at the same offset.
     int m_argColumn = -1;
+    // The free-format fields of the line last looked ahead at (PeekField).
+    mutable const char* m_peekLine = nullptr;
+    mutable int m_peekLength = -1;
+    mutable xmpstok::FieldSpan m_peekSpans[xmpstok::kCardFieldCount];
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }
     const char* Argument(int i) const { return m_argText.data() + m_argStart[i]; }
 
