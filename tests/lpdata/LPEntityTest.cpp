@@ -130,7 +130,7 @@ TEST(LPEquation, CompareExemptsBcapRowsInMode3) {
     EXPECT_EQ(os.str(), "Problem Equation BCAP1 scales do not match: old MG is 1, zem MG is 2\n");
 }
 
-TEST(LPNonZero, DisplayAndCoordinates) {
+TEST(LPNonZero, CoordinatesAndCompare) {
     LPVariable v;
     v.SetIndex(5);
     v.SetName("C5");
@@ -146,13 +146,7 @@ TEST(LPNonZero, DisplayAndCoordinates) {
     nz.GetCoordinates(r, c);
     EXPECT_EQ(r, 3);
     EXPECT_EQ(c, 5);
-    std::ostringstream os;
-    nz.Display(os);
-    EXPECT_EQ(os.str(), "Nonzero [9] EqnIdx = 3 : VarIdx = 5 : Coeff = 2.5\n");
     nz.IncrNonlinear();
-    std::ostringstream nl;
-    nz.Display(nl);
-    EXPECT_EQ(nl.str(), "Nonzero [9] EqnIdx = 3 : VarIdx = 5 : Coeff = 2.5 : Nonlinear\n");
 
     LPNonZero other(nz);
     other.SetCoefficient(3);

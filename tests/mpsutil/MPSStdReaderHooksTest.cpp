@@ -100,13 +100,19 @@ TEST(MPSStdReaderHooks, RefusedKeysAndUnprocessedSectionsFail) {
     EXPECT_EQ(e.Reason(), "No handler for the section of this header card");
 }
 
+// The extended flag sets the widths through the virtual slot, and names as
+// long as the widths allow are read whole.
 TEST(MPSStdReaderHooks, ExtendedFlagSetsTheWidthsThroughTheVirtualSlot) {
+    const std::string longRow(100, 'R'), longCol(128, 'C');
+    std::string card(300, ' ');
+    card.replace(4, longCol.size(), longCol);
+    card.replace(134, longRow.size(), longRow);
+    card.replace(264, 3, "2.5");
+    card.erase(card.find_last_not_of(' ') + 1);
     ModelPtr m = NewModel();
     DialectReader reader(m.get(), true);
-    std::istringstream in(Lines({"NAME", "ROWS", " N  COST", "COLUMNS",
-                                 "    X" + std::string(129, ' ') + "COST" + std::string(126, ' ') + "1",
-                                 "ENDATA"}));
+    std::istringstream in(Lines({"NAME", "ROWS", " N  " + longRow, "COLUMNS", card, "ENDATA"}));
     reader.ReadMPSFromStream(in);
     EXPECT_EQ(reader.widthCalls, (std::vector<int>{128, 13, 2}));
-    EXPECT_EQ(Coef(m.get(), "COST", "X"), 1.0);
+    EXPECT_EQ(Coef(m.get(), longRow.c_str(), longCol.c_str()), 2.5);
 }

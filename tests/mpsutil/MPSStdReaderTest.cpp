@@ -129,12 +129,9 @@ TEST(MPSStdReader, RowKeysGiveTypesAndOnlyTheFirstNRowIsTheObjective) {
     EXPECT_TRUE(m->MatrixIncludesObjective());
     EXPECT_EQ(EqnNames(m.get()), (Names{"OBJ", "FREE1", "R1", "R2", "R3", "R4", "R5"}));
     // E is tested before G and L, N before everything.
-    const int types[] = {ZEM_EQN_OBJECTIVE, ZEM_EQN_FREE, ZEM_EQN_EQ, ZEM_EQN_EQ,
-                         ZEM_EQN_LE,        ZEM_EQN_FREE, ZEM_EQN_GE};
+    const int types[] = {ZEM_EQN_OBJECTIVE, ZEM_EQN_FREE, ZEM_EQN_EQ, ZEM_EQN_EQ, ZEM_EQN_LE, ZEM_EQN_FREE, ZEM_EQN_GE};
     const Names names = EqnNames(m.get());
-    for (size_t i = 0; i < names.size(); ++i) {
-        EXPECT_EQ(Eqn(m.get(), names[i].c_str())->GetType(), types[i]) << names[i];
-    }
+    for (size_t i = 0; i < names.size(); ++i) EXPECT_EQ(Eqn(m.get(), names[i].c_str())->GetType(), types[i]) << names[i];
 }
 
 TEST(MPSStdReader, ColumnEntriesAreSummedInOrderOfFirstAppearance) {
@@ -328,49 +325,25 @@ TEST(MPSStdReader, FilesMissingOrReadIntoAModelOfItsOwn) {
     EXPECT_EQ(fe.FileDirectory(), " ");
     EXPECT_EQ(fe.Routine(), "MPSStdReader::OpenMPSFile");
 
+    // A reader made without a model makes one per read and hands it over; a
+    // model the caller never took is released with the reader.
     TempDir dir;
     const std::string path = dir.File("m.mps", Model({}));
     MPSStdReader* reader = nullptr;
     CreateMPSStdReaderObject(&reader, nullptr);
     ASSERT_NE(reader, nullptr);
-    reader->ReadMPSFile(path.c_str());
-    ILPStdDataMgr* raw = nullptr;
-    reader->TakeLPStdDataObject(&raw);
-    reader->Destroy();
-    ASSERT_NE(raw, nullptr);
-    ModelPtr model(raw);
-    EXPECT_EQ(VarNames(model.get()), (Names{"X1", "X2"}));
-
-    // After handing a model over, the next read makes a fresh one; a model
-    // the caller never took is released with the reader.
-    MPSStdReader again;
     ILPStdDataMgr *first = nullptr, *second = nullptr;
-    again.ReadMPSFile(path.c_str());
-    again.TakeLPStdDataObject(&first);
+    reader->ReadMPSFile(path.c_str());
+    reader->TakeLPStdDataObject(&first);
     ModelPtr firstModel(first);
-    again.ReadMPSFile(path.c_str());
-    again.TakeLPStdDataObject(&second);
+    reader->ReadMPSFile(path.c_str());
+    reader->TakeLPStdDataObject(&second);
     ModelPtr secondModel(second);
+    reader->Destroy();
+    ASSERT_NE(first, nullptr);
     EXPECT_NE(first, second);
+    EXPECT_EQ(VarNames(first), (Names{"X1", "X2"}));
     EXPECT_EQ(NonZeroCount(second), 7);
     MPSStdReader keeps;
     keeps.ReadMPSFile(path.c_str());
-}
-
-TEST(MPSStdReader, ExtendedWidthsReadLongNames) {
-    const std::string longRow(100, 'R'), longCol(128, 'C');
-    auto wide = [](const std::string& n1, const std::string& n2, const std::string& v1) {
-        std::string line(300, ' ');
-        line.replace(4, n1.size(), n1);
-        line.replace(134, n2.size(), n2);
-        line.replace(264, v1.size(), v1);
-        line.erase(line.find_last_not_of(' ') + 1);
-        return line;
-    };
-    ModelPtr m = NewModel();
-    MPSStdReader reader(m.get(), true);
-    std::istringstream in(Lines({"NAME", "ROWS", " N  " + longRow, "COLUMNS",
-                                 wide(longCol, longRow, "2.5"), "ENDATA"}));
-    reader.ReadMPSFromStream(in);
-    EXPECT_EQ(Coef(m.get(), longRow.c_str(), longCol.c_str()), 2.5);
 }

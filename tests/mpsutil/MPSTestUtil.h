@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -110,23 +109,19 @@ inline ILPEquation* Eqn(ILPStdDataMgr* m, const char* name) {
     return eqns->EqnNameLookup(name);
 }
 
+// Names of the model's variables (or equations) in list order.
 inline std::vector<std::string> VarNames(ILPStdDataMgr* m) {
     ILPVariableList* vars = nullptr;
     m->GetVariableCollectionIntf(&vars);
     std::vector<std::string> names;
-    for (ILPVariable* v = vars->FrstVariableObject(); v; v = vars->NextVariableObject()) {
-        names.push_back(v->GetName());
-    }
+    for (ILPVariable* v = vars->FrstVariableObject(); v; v = vars->NextVariableObject()) names.push_back(v->GetName());
     return names;
 }
-
 inline std::vector<std::string> EqnNames(ILPStdDataMgr* m) {
     ILPEquationList* eqns = nullptr;
     m->GetEquationCollectionIntf(&eqns);
     std::vector<std::string> names;
-    for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject()) {
-        names.push_back(e->GetName());
-    }
+    for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject()) names.push_back(e->GetName());
     return names;
 }
 
