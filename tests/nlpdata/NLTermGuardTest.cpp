@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "NLTermRig.h"
+#include "NLRig.h"
 #include "nlpdata/NLPowers.h"
 #include "nlpdata/NLProducts.h"
 

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "NLTermRig.h"
+#include "NLRig.h"
 #include "nlpdata/NLCurve.h"
 #include "nlpdata/NLDistillation.h"
 #include "nlpdata/NLSimDistInterp.h"
