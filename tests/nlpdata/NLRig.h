@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -138,6 +140,45 @@ private:
 inline double BuiltTerm::DerivAt(double x) {
     vars.at(0)->SetVarValue(x);
     return TermRig::Jacobian(term).at(0);
+}
+
+// Point checks of terms: the term of `keyword` with `constants` over new
+// variables at `values`; its value and its derivatives along the distinct
+// arguments, compared exactly (kExact), to 4 ulps (kUlps) or within a relative
+// tolerance. A NaN value or empty derivatives are not checked.
+constexpr double kExact = -1.0, kUlps = 0.0, kSkip = std::numeric_limits<double>::quiet_NaN();
+struct Probe {
+    const char* keyword;
+    std::vector<double> constants, values;
+    double value;
+    std::vector<double> derivs;
+    double tol;
+};
+
+inline void ExpectClose(double want, double got, double tol, const std::string& where) {
+    if (tol == kExact)
+        EXPECT_EQ(got, want) << where;
+    else if (tol == kUlps)
+        EXPECT_DOUBLE_EQ(got, want) << where;
+    else
+        EXPECT_NEAR(got, want, tol * std::fabs(want)) << where;
+}
+
+inline void ExpectProbes(const std::vector<Probe>& probes) {
+    TermRig rig;
+    for (size_t i = 0; i < probes.size(); ++i) {
+        const Probe& p = probes[i];
+        std::ostringstream where;
+        where << "probe " << i << ": " << p.keyword << " at";
+        for (double x : p.values) where << ' ' << x;
+        BuiltTerm t = rig.Build(p.keyword, p.constants, p.values);
+        if (!std::isnan(p.value)) ExpectClose(p.value, t.Value(), p.tol, where.str());
+        if (p.derivs.empty()) continue;
+        const std::vector<double> d = TermRig::Jacobian(t.term);
+        EXPECT_EQ(d.size(), p.derivs.size()) << where.str();
+        for (size_t k = 0; k < d.size() && k < p.derivs.size(); ++k)
+            ExpectClose(p.derivs[k], d[k], p.tol, where.str() + ", derivative " + std::to_string(k));
+    }
 }
 
 class ModelRig {
