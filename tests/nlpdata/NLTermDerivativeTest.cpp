@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "NLTermRig.h"
+#include "NLRig.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "NLTermRig.h"
+#include "NLRig.h"
 #include "nlpdata/NLEquationTerms.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// Tests of evaluation: row values, whole-row Jacobians, residuals, the
-// linearised model and the pre-evaluation log.
+// Evaluation: row values, whole-row Jacobians, residuals, the linearised
+// model, the value cache and the pre-evaluation log.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,7 +9,7 @@
 #include <sstream>
 
 #include "nlpdata/INonLinearBlockList.h"
-#include "tests/nlpdata/NonLinearModelRig.h"
+#include "NLRig.h"
 
 namespace {
 
@@ -39,15 +39,12 @@ protected:
         m.Term("LNX", r2, {0.25}, {x, z});
         m.Term("CONST", r3, {7.0}, {});
     }
-
     double Row1() const {
         const double X = x->GetVarValue(), Y = y->GetVarValue(), Z = z->GetVarValue();
         return 2 * X - Y + 3 * X * Y + 1.5 * std::log(X) + 0.5 * std::exp(Y + Z) + X * X;
     }
-    double Row2() const {
-        return 4 * z->GetVarValue() + 0.25 * std::log(x->GetVarValue() + z->GetVarValue());
-    }
-
+    double Row2() const { return 4 * z->GetVarValue() + 0.25 * std::log(x->GetVarValue() + z->GetVarValue()); }
+    double D(int row, ILPVariable* v) { return m.matrix->ExistIncidence(row, v->GetIndex())->GetPartialDeriv(); }
     // Partial derivative of the row through central differences of EvaluateRow.
     double Numeric(int row, ILPVariable* v) {
         const double x0 = v->GetVarValue(), h = 1e-6;
@@ -64,68 +61,54 @@ protected:
     ILPEquation *r1, *r2, *r3, *r4;
 };
 
-TEST_F(NonLinearModelEval, InactiveTermsTakeNoPart) {
-    INonLinearity* lnx = m.RowTerms(1)[1];
-    lnx->DeActivate();
-    EXPECT_NEAR(m.model->EvaluateRow(1), Row1() - 1.5 * std::log(x->GetVarValue()), 1e-12);
-    m.model->JacobianRow(1);
-    const double X = x->GetVarValue(), Y = y->GetVarValue();
-    EXPECT_NEAR(m.matrix->ExistIncidence(1, x->GetIndex())->GetPartialDeriv(), 2 + 3 * Y + 2 * X,
-                1e-12);
-}
-
-TEST_F(NonLinearModelEval, WholeRowJacobianIsTheSumOfItsParts) {
+TEST_F(NonLinearModelEval, RowJacobianIsTheSumOfItsPartsAndModelFormsAgree) {
     const double X = x->GetVarValue(), Y = y->GetVarValue(), Z = z->GetVarValue();
     for (int pass = 0; pass < 2; ++pass) {  // a second pass must not accumulate
         m.model->JacobianRow(1);
-        EXPECT_NEAR(m.matrix->ExistIncidence(1, x->GetIndex())->GetPartialDeriv(),
-                    2 + 3 * Y + 1.5 / X + 2 * X, 1e-12);
-        EXPECT_NEAR(m.matrix->ExistIncidence(1, y->GetIndex())->GetPartialDeriv(),
-                    -1 + 3 * X + 0.5 * std::exp(Y + Z), 1e-12);
-        EXPECT_NEAR(m.matrix->ExistIncidence(1, z->GetIndex())->GetPartialDeriv(),
-                    0.5 * std::exp(Y + Z), 1e-12);
+        EXPECT_NEAR(D(1, x), 2 + 3 * Y + 1.5 / X + 2 * X, 1e-12);
+        EXPECT_NEAR(D(1, y), -1 + 3 * X + 0.5 * std::exp(Y + Z), 1e-12);
+        EXPECT_NEAR(D(1, z), 0.5 * std::exp(Y + Z), 1e-12);
     }
     for (ILPVariable* v : {x, y, z}) {
         m.model->JacobianRow(1);
-        const double analytic = m.matrix->ExistIncidence(1, v->GetIndex())->GetPartialDeriv();
-        EXPECT_NEAR(analytic, Numeric(1, v), 1e-6) << v->GetName();
+        EXPECT_NEAR(D(1, v), Numeric(1, v), 1e-6) << v->GetName();
     }
     // Coefficients themselves are not touched.
     EXPECT_EQ(m.matrix->ExistIncidence(1, x->GetIndex())->GetCoefficient(), 2.0);
     EXPECT_EQ(m.matrix->ExistIncidence(1, z->GetIndex())->GetCoefficient(), 0.0);
-}
 
-TEST_F(NonLinearModelEval, ModelJacobianEqualsRowJacobians) {
     std::map<ILPNonZero*, double> byRow;
     for (int r = 1; r <= 4; ++r) {
         m.model->JacobianRow(r);
         for (ILPNonZero* nz = m.matrix->RowFrstNonZeroObject(r); nz; nz = m.matrix->RowNextNonZeroObject())
             byRow[nz] = nz->GetPartialDeriv();
     }
-    for (ILPNonZero* nz = m.matrix->FrstNonZeroObject(); nz; nz = m.matrix->NextNonZeroObject())
-        nz->SetPartialDeriv(-123.0);
-    EXPECT_TRUE(m.model->EvaluateJacobian());
     EXPECT_EQ(static_cast<int>(byRow.size()), m.matrix->NumberOfNonZeros());
-    for (const auto& e : byRow) EXPECT_EQ(e.first->GetPartialDeriv(), e.second);
-    // The same through the nonlinear-rows form.
-    for (ILPNonZero* nz = m.matrix->FrstNonZeroObject(); nz; nz = m.matrix->NextNonZeroObject())
-        nz->SetPartialDeriv(nz->GetCoefficient());
-    m.model->EvaluateNonlinearRowsJacobian();
-    for (const auto& e : byRow) EXPECT_EQ(e.first->GetPartialDeriv(), e.second);
-}
+    for (int form = 0; form < 2; ++form) {
+        for (ILPNonZero* nz = m.matrix->FrstNonZeroObject(); nz; nz = m.matrix->NextNonZeroObject())
+            nz->SetPartialDeriv(form == 0 ? -123.0 : nz->GetCoefficient());
+        if (form == 0)
+            EXPECT_TRUE(m.model->EvaluateJacobian());
+        else
+            m.model->EvaluateNonlinearRowsJacobian();
+        for (const auto& e : byRow) EXPECT_EQ(e.first->GetPartialDeriv(), e.second) << form;
+    }
 
-TEST_F(NonLinearModelEval, NonlinearityJacobianLeavesLinearEntriesAlone) {
-    ILPNonZero* linear = m.matrix->ExistIncidence(4, y->GetIndex());
-    linear->SetPartialDeriv(42.0);
+    // The terms-only Jacobian leaves linear entries alone and does not accumulate.
+    m.matrix->ExistIncidence(4, y->GetIndex())->SetPartialDeriv(42.0);
     m.model->EvaluateNonlinearityJacobian();
     m.model->EvaluateNonlinearityJacobian();
-    EXPECT_EQ(linear->GetPartialDeriv(), 42.0);
-    const double X = x->GetVarValue(), Z = z->GetVarValue();
-    EXPECT_NEAR(m.matrix->ExistIncidence(2, z->GetIndex())->GetPartialDeriv(), 4 + 0.25 / (X + Z),
-                1e-12);
+    EXPECT_EQ(D(4, y), 42.0);
+    EXPECT_NEAR(D(2, z), 4 + 0.25 / (X + Z), 1e-12);
+
+    // Inactive terms take no part.
+    m.RowTerms(1)[1]->DeActivate();
+    EXPECT_NEAR(m.model->EvaluateRow(1), Row1() - 1.5 * std::log(X), 1e-12);
+    m.model->JacobianRow(1);
+    EXPECT_NEAR(D(1, x), 2 + 3 * Y + 2 * X, 1e-12);
 }
 
-TEST_F(NonLinearModelEval, RowsAndModelSetValuesAndResiduals) {
+TEST_F(NonLinearModelEval, RowsModelLinearPartsAndResiduals) {
     EXPECT_NEAR(m.model->EvaluateRow(1), Row1(), 1e-12);
     EXPECT_NEAR(r1->GetEqnValue(), Row1(), 1e-12);
     EXPECT_EQ(m.model->EvaluateRow(3), 7.0);  // terms only: row found through its term
@@ -136,16 +119,13 @@ TEST_F(NonLinearModelEval, RowsAndModelSetValuesAndResiduals) {
     EXPECT_NEAR(r2->GetEqnValue(), Row2(), 1e-12);
     EXPECT_EQ(r3->GetEqnValue(), 7.0);
     EXPECT_NEAR(r4->GetEqnValue(), 0.9, 1e-15);
-    EXPECT_NEAR(r1->GetResidualValue(), std::fabs(Row1() - 1.0), 1e-12);  // equality
+    EXPECT_NEAR(r1->GetResidualValue(), std::fabs(Row1() - 1.0), 1e-12);      // equality
     EXPECT_NEAR(r2->GetResidualValue(), std::max(0.0, 2.0 - Row2()), 1e-12);  // >=
-    EXPECT_EQ(r3->GetResidualValue(), 2.0);  // <= 5 with value 7
-    EXPECT_EQ(r4->GetResidualValue(), 0.0);  // free
-}
+    EXPECT_EQ(r3->GetResidualValue(), 2.0);                                   // <= 5 with value 7
+    EXPECT_EQ(r4->GetResidualValue(), 0.0);                                   // free
 
-TEST_F(NonLinearModelEval, LinearPartPlusNonlinearitiesEqualsTheModel) {
-    m.model->EvaluateModel();
-    const double v1 = r1->GetEqnValue(), v2 = r2->GetEqnValue(), v3 = r3->GetEqnValue(),
-                 v4 = r4->GetEqnValue();
+    // Linear part plus nonlinearities gives the model again.
+    const double v1 = r1->GetEqnValue(), v2 = r2->GetEqnValue(), v4 = r4->GetEqnValue();
     for (ILPEquation* e : {r1, r2, r3, r4}) e->SetEqnValue(1e9);
     EXPECT_TRUE(m.model->EvaluateLinearEqns());
     EXPECT_DOUBLE_EQ(r1->GetEqnValue(), 2 * 1.3 - 0.7);
@@ -153,12 +133,12 @@ TEST_F(NonLinearModelEval, LinearPartPlusNonlinearitiesEqualsTheModel) {
     m.model->EvaluateNonlinearities();
     EXPECT_NEAR(r1->GetEqnValue(), v1, 1e-12);
     EXPECT_NEAR(r2->GetEqnValue(), v2, 1e-12);
-    EXPECT_EQ(r3->GetEqnValue(), v3);
+    EXPECT_EQ(r3->GetEqnValue(), 7.0);
     EXPECT_EQ(r4->GetEqnValue(), v4);
     for (ILPEquation* e : {r1, r2, r3, r4}) e->SetEqnValue(1e9);
     EXPECT_TRUE(m.model->EvaluateNonlinearRows());
     EXPECT_NEAR(r1->GetEqnValue(), v1, 1e-12);
-    EXPECT_EQ(r3->GetEqnValue(), v3);
+    EXPECT_EQ(r3->GetEqnValue(), 7.0);
     EXPECT_EQ(r4->GetEqnValue(), 1e9);  // a linear row is not a nonlinear row
 }
 
@@ -171,18 +151,16 @@ TEST_F(NonLinearModelEval, LinearisedModelIsExactAtTheBaseAndFirstOrderAway) {
     m.model->EvaluateLinearizedModel();
     EXPECT_NEAR(r1->GetEqnValue(), base1, 1e-12);
     EXPECT_EQ(r3->GetEqnValue(), 7.0);
-
     const double dx = 1e-3, dy = -2e-3;
     m.model->JacobianRow(1);
-    const double gx = m.matrix->ExistIncidence(1, x->GetIndex())->GetPartialDeriv();
-    const double gy = m.matrix->ExistIncidence(1, y->GetIndex())->GetPartialDeriv();
+    const double gx = D(1, x), gy = D(1, y);
     x->SetVarValue(x->GetVarValue() + dx);
     y->SetVarValue(y->GetVarValue() + dy);
     m.model->EvaluateLinearizedModel();
     EXPECT_NEAR(r1->GetEqnValue(), base1 + gx * dx + gy * dy, 1e-12);
-    EXPECT_NEAR(r1->GetEqnValue(), Row1(), 1e-4);  // close to the true value
+    EXPECT_NEAR(r1->GetEqnValue(), Row1(), 1e-4);     // close to the true value
     EXPECT_NEAR(r4->GetEqnValue(), 0.9 + dy, 1e-12);  // linear row: exact
-    EXPECT_EQ(r3->GetEqnValue(), 7.0);              // constant row keeps its base value
+    EXPECT_EQ(r3->GetEqnValue(), 7.0);                // constant row keeps its base value
 }
 
 TEST(NonLinearModelResidual, RangesCountOnlyWhenSet) {
@@ -205,6 +183,42 @@ TEST(NonLinearModelResidual, RangesCountOnlyWhenSet) {
     EXPECT_EQ(residuals(17.0), std::make_pair(7.0, 2.0));
 }
 
+// The model keeps a copy of the variables' values and remembers which
+// variable each matrix position held; structural changes between
+// evaluations must not let it read a stale value.
+TEST(NonLinearModelEvalCache, FollowsVariableRemovalAndNewEntries) {
+    ModelRig m;
+    ILPVariable* gone = m.Var("GONE", 100.0);
+    ILPVariable* a = m.Var("A", 2.0);
+    ILPVariable* b = m.Var("B", 3.0);
+    ILPEquation* r1 = m.Row("R1");
+    ILPEquation* r2 = m.Row("R2");
+    m.Coef(r1, a, 1.0);
+    m.Coef(r1, b, 10.0);
+    m.Coef(r2, b, 1.0);
+    m.Term("XPROD", r2, {1.0}, {a, b});
+    ASSERT_TRUE(m.model->EvaluateModel());
+    EXPECT_EQ(r1->GetEqnValue(), 32.0);
+    EXPECT_EQ(r2->GetEqnValue(), 9.0);
+    // Renumbering: every remaining variable moves one position down.
+    m.model->EliminateVariable(gone);
+    m.vars->RemoveVariable(gone);
+    a->SetVarValue(4.0);
+    ASSERT_TRUE(m.model->EvaluateModel());
+    EXPECT_EQ(r1->GetEqnValue(), 34.0);
+    EXPECT_EQ(r2->GetEqnValue(), 15.0);
+    // A new entry in the first row shifts the positions of the rows after it.
+    ILPVariable* c = m.Var("C", 5.0);
+    ILPEquation* r0 = m.Row("R0");
+    m.Coef(r0, c, 1.0);
+    m.Coef(r1, c, -1.0);
+    ASSERT_TRUE(m.model->EvaluateModel());
+    EXPECT_EQ(r1->GetEqnValue(), 29.0);
+    EXPECT_EQ(r0->GetEqnValue(), 5.0);
+    EXPECT_TRUE(m.model->EvaluateLinearEqns());
+    EXPECT_EQ(r2->GetEqnValue(), 3.0);
+}
+
 // A block list whose pre-evaluation fails on demand.
 class FailingBlocks : public INonLinearBlockList {
 public:
@@ -220,14 +234,7 @@ private:
     bool* m_fail;
 };
 
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
-}
-
-TEST(NonLinearModelLog, EachPointStartsTheLogAndBlockFailuresAreReported) {
+TEST(NonLinearModelLog, EachPointStartsTheLogAndFailuresAreReported) {
     const std::string path = testing::TempDir() + "nlmodel_eqn.log";
     bool fail = false;
     {
@@ -250,60 +257,19 @@ TEST(NonLinearModelLog, EachPointStartsTheLogAndBlockFailuresAreReported) {
         EXPECT_FALSE(m.model->EvaluateNonlinearRows());
         m.model->CloseLogFiles();
     }
+    std::ifstream in(path);
+    std::stringstream got;
+    got << in.rdbuf();
     const std::string iter = "---------------------------- New Iteration ---------------------------- \n\n";
     const std::string err = "*** ERROR: PreEvaluateModel Failed for Block Residuals or Sensitivity. \n\n";
-    EXPECT_EQ(ReadFile(path), iter + iter + err + iter + err);
+    EXPECT_EQ(got.str(), iter + iter + err + iter + err);
     std::remove(path.c_str());
-}
 
-TEST(NonLinearModelLog, UnopenableLogIsReported) {
     ModelRig m;
     m.model->SetHqcl(true);
     m.model->SetHqclLogFile("/nonexistent-dir/for/sure/hqcl.log");
     EXPECT_FALSE(m.model->OpenLogFiles());
     EXPECT_EQ(m.model->HqclLog(), nullptr);
-}
-
-}  // namespace
-
-namespace {
-
-// The model keeps a copy of the variables' values and remembers which
-// variable each matrix position held; structural changes between
-// evaluations must not let it read a stale value.
-TEST(NonLinearModelEvalCache, FollowsVariableRemovalAndNewEntries) {
-    ModelRig m;
-    ILPVariable* gone = m.Var("GONE", 100.0);
-    ILPVariable* a = m.Var("A", 2.0);
-    ILPVariable* b = m.Var("B", 3.0);
-    ILPEquation* r1 = m.Row("R1");
-    ILPEquation* r2 = m.Row("R2");
-    m.Coef(r1, a, 1.0);
-    m.Coef(r1, b, 10.0);
-    m.Coef(r2, b, 1.0);
-    m.Term("XPROD", r2, {1.0}, {a, b});
-    ASSERT_TRUE(m.model->EvaluateModel());
-    EXPECT_EQ(r1->GetEqnValue(), 32.0);
-    EXPECT_EQ(r2->GetEqnValue(), 9.0);
-
-    // Renumbering: every remaining variable moves one position down.
-    m.model->EliminateVariable(gone);
-    m.vars->RemoveVariable(gone);
-    a->SetVarValue(4.0);
-    ASSERT_TRUE(m.model->EvaluateModel());
-    EXPECT_EQ(r1->GetEqnValue(), 34.0);
-    EXPECT_EQ(r2->GetEqnValue(), 15.0);
-
-    // A new entry in the first row shifts the positions of the rows after it.
-    ILPVariable* c = m.Var("C", 5.0);
-    ILPEquation* r0 = m.Row("R0");
-    m.Coef(r0, c, 1.0);
-    m.Coef(r1, c, -1.0);
-    ASSERT_TRUE(m.model->EvaluateModel());
-    EXPECT_EQ(r1->GetEqnValue(), 29.0);
-    EXPECT_EQ(r0->GetEqnValue(), 5.0);
-    EXPECT_TRUE(m.model->EvaluateLinearEqns());
-    EXPECT_EQ(r2->GetEqnValue(), 3.0);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include "lpdata/ZEMBinaryIO.h"
 #include "lpdata/ZEMException.h"
 #include "nlpdata/NLTypeCodes.h"
-#include "tests/nlpdata/NonLinearModelRig.h"
+#include "NLRig.h"
 
 namespace {
 

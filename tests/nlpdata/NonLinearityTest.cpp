@@ -93,28 +93,21 @@ TEST(NonLinearityBase, ManyArgumentsKeepFirstOccurrenceOrder) {
     EXPECT_EQ(i, 40);
 }
 
-TEST(NonLinearityBase, FirstConstantIsACopyThatSetFrstConstValChanges) {
-    TextTerm t;
-    EXPECT_EQ(t.AddNLConstantObject(3.0), 1);
-    EXPECT_EQ(t.AddNLConstantObject(5.0), 2);
-    EXPECT_EQ(t.GetFrstConstVal(), 3.0);
-    t.setFrstConstVal(4.0);
-    EXPECT_EQ(t.GetFrstConstVal(), 4.0);
-    EXPECT_EQ(t.FrstNLConst()->GetValue(), 3.0);
-    EXPECT_EQ(t.NextNLConst()->GetValue(), 5.0);
-    EXPECT_EQ(t.NextNLConst(), nullptr);
-    EXPECT_EQ(t.NumberOfNLConstants(), 2);
-}
-
-TEST(NonLinearityBase, ConstantsHandedInByPointerStayTheCallers) {
+TEST(NonLinearityBase, ConstantsAreCopiedOrKeptByPointerAndTheFirstIsCached) {
     NLConstant external(7.5);
     {
         TextTerm t;
         EXPECT_EQ(t.AddNLConstantObject(&external), 1);
         EXPECT_EQ(t.AddNLConstantObject(static_cast<INLConstant*>(nullptr)), 1);
-        EXPECT_EQ(t.AddNLConstantObject(1.0), 2);
+        EXPECT_EQ(t.AddNLConstantObject(5.0), 2);
         EXPECT_EQ(t.GetFrstConstVal(), 7.5);
+        t.setFrstConstVal(4.0);
+        EXPECT_EQ(t.GetFrstConstVal(), 4.0);
         EXPECT_EQ(t.FrstNLConst(), &external);
+        EXPECT_EQ(external.GetValue(), 7.5);
+        EXPECT_EQ(t.NextNLConst()->GetValue(), 5.0);
+        EXPECT_EQ(t.NextNLConst(), nullptr);
+        EXPECT_EQ(t.NumberOfNLConstants(), 2);
     }
     // The term is gone and did not delete the caller's constant.
     external.SetValue(2.0);
@@ -169,6 +162,9 @@ TEST(NonLinearityTermString, UsesTheGivenFormatOrTheDefault) {
     // 17 characters falls back to the default.
     t.TermString("<<<<<<<<<%9.3f>>>", buf, sizeof buf);
     EXPECT_STREQ(t.GetNumericFormat(), "% #12.6e");
+    // Wide fields are not cut.
+    EXPECT_TRUE(t.SetNumericFormat("%90.1f"));
+    EXPECT_EQ(t.FormatNumber(1.0).size(), 90u);
 }
 
 TEST(NonLinearityTermString, RefusesFormatsThatAreNotOneDoubleConversion) {
@@ -200,15 +196,11 @@ TEST(NonLinearityTermString, CopiesLikeStrncpy) {
     EXPECT_EQ(std::string(buf, 8), "########");
 }
 
-TEST(NonLinearityTermString, WideFieldsAreNotCut) {
+TEST(NonLinearityDisplay, ListsArgumentsConstantsAndFormulaOmittingEmptyLists) {
     TextTerm t;
-    t.AddNLConstantObject(1.0);
-    EXPECT_TRUE(t.SetNumericFormat("%90.1f"));
-    EXPECT_EQ(t.FormatNumber(1.0).size(), 90u);
-}
-
-TEST(NonLinearityDisplay, ListsArgumentsConstantsAndFormula) {
-    TextTerm t;
+    std::ostringstream empty;
+    t.Display(empty);  // no row either
+    EXPECT_EQ(empty.str(), "NonLinearity [0] EqnIdx = 0\n 0.000000e+00\n\n");
     LPEquation row;
     row.SetIndex(4);
     auto x = Var("X"), y = Var("Y");
@@ -229,72 +221,45 @@ TEST(NonLinearityDisplay, ListsArgumentsConstantsAndFormula) {
               " 1.500000e+00 * X * Y\n\n");
 }
 
-TEST(NonLinearityDisplay, OmitsEmptyListsAndToleratesMissingRow) {
-    TextTerm t;
-    std::ostringstream os;
-    t.Display(os);
-    EXPECT_EQ(os.str(), "NonLinearity [0] EqnIdx = 0\n 0.000000e+00\n\n");
-}
-
-class NonLinearityCompare : public ::testing::Test {
-protected:
-    void SetUp() override {
-        row.SetName("R1");
-        x = Var("X");
-        y = Var("Y");
-        x2 = Var("X");
-        y2 = Var("Y");
-        z2 = Var("Z");
+TEST(NonLinearityCompare, ConstantsDecideAndTheReportNamesRowAndVariables) {
+    LPEquation row;
+    row.SetName("R1");
+    auto x = Var("X"), y = Var("Y"), x2 = Var("X"), y2 = Var("Y"), z2 = Var("Z");
+    const char* p12 = " Problem p1 Nonlinearity for Equation R1 matches a Problem p2 Nonlinearity in Variables X Y ";
+    const struct {
+        std::vector<double> ca, cb;
+        int mode;
+        bool fromB;  // b holds X, Y and Z; seen from b, Z is missing in a
+        int result;
+        std::string text;
+    } cases[] = {
+        {{2.0}, {2.0 + 1e-9}, 1, false, 0, ""},  // equal within the tolerance
+        {{2.0}, {2.0 + 1e-9, 0.0}, 1, false, -1, "?"},  // the counts must match
+        {{2.0}, {0.0, 3.0}, 1, false, -1, std::string(p12) + " but NOT in constants (p1 = 2, p2 = 3)\n\n"},
+        {{2.0, 4.0}, {2.0, 5.0}, 3, false, -1,
+         " Problem old MG Nonlinearity for Equation R1 matches a Problem zem MG Nonlinearity in Variables X Y but "
+         "NOT in constants\n\n"},
+        {{1.0}, {9.0}, 1, true, 1, ""},
+    };
+    for (const auto& c : cases) {
+        TextTerm a, b;
         a.SetEquationPtr(&row);
         a.AddVariableObject(x.get());
         a.AddVariableObject(y.get());
         b.AddVariableObject(y2.get());
         b.AddVariableObject(z2.get());
         b.AddVariableObject(x2.get());
+        for (double v : c.ca) a.AddNLConstantObject(v);
+        for (double v : c.cb) b.AddNLConstantObject(v);
+        std::ostringstream os;
+        EXPECT_EQ(c.fromB ? b.Compare(&a, c.mode, 1e-6, os) : a.Compare(&b, c.mode, 1e-6, os), c.result) << c.text;
+        if (c.fromB) {
+            EXPECT_EQ(a.Compare(nullptr, 1, 1e-6, os), 1);
+        }
+        if (c.text != "?") {
+            EXPECT_EQ(os.str(), c.text);
+        }
     }
-    LPEquation row;
-    std::unique_ptr<LPVariable> x, y, x2, y2, z2;
-    TextTerm a, b;
-    std::ostringstream os;
-};
-
-TEST_F(NonLinearityCompare, EqualConstantsWithinToleranceReportNothingButCountsMustMatch) {
-    a.AddNLConstantObject(2.0);
-    b.AddNLConstantObject(2.0 + 1e-9);
-    EXPECT_EQ(a.Compare(&b, 1, 1e-6, os), 0);
-    EXPECT_TRUE(os.str().empty());
-    b.AddNLConstantObject(0.0);
-    EXPECT_EQ(a.Compare(&b, 1, 1e-6, os), -1);
-}
-
-TEST_F(NonLinearityCompare, OneNonZeroConstantEachIsReportedWithValues) {
-    a.AddNLConstantObject(2.0);
-    b.AddNLConstantObject(0.0);
-    b.AddNLConstantObject(3.0);
-    EXPECT_EQ(a.Compare(&b, 1, 1e-6, os), -1);
-    EXPECT_EQ(os.str(),
-              " Problem p1 Nonlinearity for Equation R1 matches a Problem p2 Nonlinearity in "
-              "Variables X Y  but NOT in constants (p1 = 2, p2 = 3)\n\n");
-}
-
-TEST_F(NonLinearityCompare, OtherwiseTheShortFormAndModeThreeLabels) {
-    a.AddNLConstantObject(2.0);
-    a.AddNLConstantObject(4.0);
-    b.AddNLConstantObject(2.0);
-    b.AddNLConstantObject(5.0);
-    EXPECT_EQ(a.Compare(&b, 3, 1e-6, os), -1);
-    EXPECT_EQ(os.str(),
-              " Problem old MG Nonlinearity for Equation R1 matches a Problem zem MG Nonlinearity "
-              "in Variables X Y but NOT in constants\n\n");
-}
-
-TEST_F(NonLinearityCompare, TermsOverOtherVariablesDoNotCorrespond) {
-    // b holds X, Y and Z; seen from b, Z is missing in a.
-    a.AddNLConstantObject(1.0);
-    b.AddNLConstantObject(9.0);
-    EXPECT_EQ(b.Compare(&a, 1, 1e-6, os), 1);
-    EXPECT_EQ(a.Compare(nullptr, 1, 1e-6, os), 1);
-    EXPECT_TRUE(os.str().empty());
 }
 
 TEST(NLConstantTest, HoldsAndShowsItsValue) {
