@@ -199,7 +199,7 @@ void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit) {
         m_count.assign(slots, 0);
         m_counted = 0;
     }
-    constexpr size_t kAhead = 16;  // see Rebuild
+    constexpr size_t kAhead = 32;  // see Rebuild
     const size_t n = all.size();
     for (size_t i = m_counted; i < n; ++i) {
         if (i + kAhead < n) __builtin_prefetch(all[i + kAhead]->GetEquationPtr());
@@ -231,7 +231,7 @@ void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
     // Reading an entry's row index touches its equation, which is rarely in
     // cache on a large model: the equations are requested a few entries
     // before they are read.
-    constexpr size_t kAhead = 16;
+    constexpr size_t kAhead = 32;
     for (size_t i = 0; i < n; ++i) {
         if (i + kAhead < n) __builtin_prefetch(all[i + kAhead]->GetEquationPtr());
         const ILPEquation* eqn = all[i]->GetEquationPtr();

@@ -87,19 +87,25 @@ int MPSFieldGeometry::Width(int field) const {
 size_t MPSExtractField(char* dst, const char* text, int width) {
     // The field's text ends at its width or at the end of the line. Leading
     // and trailing blanks are dropped; what is left keeps every character,
-    // blanks becoming underscores.
+    // blanks becoming underscores. One pass: blanks are copied as '_' and
+    // the text is cut after its last other character.
     const size_t w = width > 0 ? static_cast<size_t>(width) : 0;
-    size_t e = strnlen(text, w);  // never looks past the end of the line
-    while (e > 0 && text[e - 1] == ' ') --e;
-    size_t b = 0;
-    while (b < e && text[b] == ' ') ++b;
+    size_t i = 0;
+    while (i < w && text[i] == ' ') ++i;
     size_t out = 0;
-    for (size_t i = b; i < e; ++i) {
+    size_t kept = 0;  // length up to the last non-blank character
+    for (; i < w; ++i) {
         const char c = text[i];
-        dst[out++] = c == ' ' ? '_' : c;
+        if (c == '\0') break;  // never looks past the end of the line
+        if (c == ' ') {
+            dst[out++] = '_';
+        } else {
+            dst[out++] = c;
+            kept = out;
+        }
     }
-    dst[out] = '\0';
-    return out;
+    dst[kept] = '\0';
+    return kept;
 }
 
 void MPSExtractFixedFields(const char* line, int length, const MPSFieldGeometry& geometry,
