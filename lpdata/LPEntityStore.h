@@ -50,8 +50,10 @@ public:
     // Asks for the memory a lookup of the name (s, n) will read first.
     void Prefetch(const char* s, size_t n) const { m_names.Prefetch(s, n); }
 
-    E* Lookup(const char* name) const {
-        return static_cast<E*>(m_names.FindItem(name, m_keys));
+    // The first entity added under `name`, or null; its position (index - 1)
+    // in *pos when pos is given.
+    E* Lookup(const char* name, size_t* pos = nullptr) const {
+        return static_cast<E*>(m_names.FindItem(name, m_keys, pos));
     }
 
     // Index above the count: null; index 1 or below: the first entity.

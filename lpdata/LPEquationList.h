@@ -48,6 +48,14 @@ public:
     void CreateNewEquationObject(ILPEquation** out) override;
     int AddEquationObject(ILPEquation* eqn) override;
     ILPEquation* EqnNameLookup(const char* name) override { return m_store.Lookup(name); }
+    // EqnNameLookup that also gives the equation's index, known without
+    // reading the equation (0 when not found).
+    ILPEquation* EqnNameLookupIndexed(const char* name, int& index) const {
+        size_t pos = 0;
+        ILPEquation* e = m_store.Lookup(name, &pos);
+        index = e != nullptr ? static_cast<int>(pos) + 1 : 0;
+        return e;
+    }
     // A hint that the name (s, n) will be looked up soon.
     void PrefetchName(const char* s, size_t n) const { m_store.Prefetch(s, n); }
     void RetrieveEquationObject(int index, ILPEquation** out) override;

@@ -72,9 +72,11 @@ size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
     return slot == nullptr ? npos : slot->position1 - 1;
 }
 
-void* LPNameIndex::FindItem(const char* name, const std::vector<Key>& keys) const {
+void* LPNameIndex::FindItem(const char* name, const std::vector<Key>& keys, size_t* pos) const {
     const Slot* slot = Lookup(name, keys);
-    return slot == nullptr ? nullptr : slot->item;
+    if (slot == nullptr) return nullptr;
+    if (pos != nullptr) *pos = slot->position1 - 1;
+    return slot->item;
 }
 
 bool LPNameIndex::Place(size_t pos, uint64_t hash, const std::vector<Key>& keys) {

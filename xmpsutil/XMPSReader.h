@@ -216,12 +216,19 @@ private:
     // The row and column of the last term card with the names the card gave
     // them, tried before a lookup.
     ILPEquation* m_lastEquation = nullptr;
+    int m_lastEquationIndex = 0;  // its index when known without reading it (else 0)
     ILPVariable* m_lastVariable = nullptr;
     char m_lastEquationName[xmpstok::kTokenMax + 1] = {};
     char m_lastVariableName[xmpstok::kTokenMax + 1] = {};
-    // Row types set by the keys of a term section's cards, in card order;
-    // applied when the section ends (ApplyPendingTypes).
+    // Row types set by the keys of a term section's cards, applied when the
+    // section ends (ApplyPendingTypes): reading each row's type at its card
+    // would wait on a row object for nearly every card. A key sets the type
+    // unless the row is the objective, so the keys of one row come down to
+    // the first objective key, or else the last key: kept per row index
+    // (0: none) when the lookup gives the index, else in card order.
+    std::vector<int16_t> m_pendingTypeAt;
     std::vector<std::pair<ILPEquation*, int16_t>> m_pendingTypes;
+    void NotePendingType(ILPEquation* eqn, int index, int16_t type);
     void ApplyPendingTypes();
     void ForgetLastCard();
 };

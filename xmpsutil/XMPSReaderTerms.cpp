@@ -1,6 +1,7 @@
 // The XMPS reader's XLINEAR and NONLINEAR sections: the token rule, the
 // fixed-column XLINEAR rule and the cards that make matrix coefficients and
 // nonlinear terms.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -10,6 +11,7 @@
 #include "lpdata/ILPNonZero.h"
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
+#include "lpdata/LPEquationList.h"
 #include "lpdata/ZEMException.h"
 #include "nlpdata/INonLinearModel.h"
 #include "nlpdata/INonLinearity.h"
@@ -286,29 +288,39 @@ void XMPSReader::XLINEARData() {
     ApplyPendingTypes();
 }
 
-// Sets the types that the section's keys gave, in card order: a key sets
-// its row's type unless the row is the objective.
-void XMPSReader::ApplyPendingTypes() {
-    const size_t n = m_pendingTypes.size();
-    constexpr size_t kAhead = 8;
-    for (size_t i = 0; i < n; ++i) {
-        if (i + kAhead < n) {
-            const char* ahead = reinterpret_cast<const char*>(m_pendingTypes[i + kAhead].first);
-            __builtin_prefetch(ahead);
-            __builtin_prefetch(ahead + 64);
-            __builtin_prefetch(ahead + 128);
-        }
-        ILPEquation* eqn = m_pendingTypes[i].first;
-        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypes[i].second);
+void XMPSReader::NotePendingType(ILPEquation* eqn, int index, int16_t type) {
+    if (index > 0) {
+        const size_t at = static_cast<size_t>(index);
+        if (at >= m_pendingTypeAt.size()) m_pendingTypeAt.resize(std::max(at + 1, 2 * m_pendingTypeAt.size()), 0);
+        if (m_pendingTypeAt[at] != ZEM_EQN_OBJECTIVE) m_pendingTypeAt[at] = type;
+        return;
     }
+    if (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn || m_pendingTypes.back().second != type)
+        m_pendingTypes.emplace_back(eqn, type);
+}
+
+// Sets the types that the section's keys gave: a key sets its row's type
+// unless the row is the objective.
+void XMPSReader::ApplyPendingTypes() {
+    for (size_t at = 1; at < m_pendingTypeAt.size(); ++at) {
+        if (m_pendingTypeAt[at] == 0) continue;
+        ILPEquation* eqn = nullptr;
+        m_eqnList->RetrieveEquationObject(static_cast<int>(at), &eqn);
+        if (eqn != nullptr && eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypeAt[at]);
+    }
+    m_pendingTypeAt.clear();
+    for (const auto& [eqn, type] : m_pendingTypes)
+        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(type);
     m_pendingTypes.clear();
 }
 
 void XMPSReader::ForgetLastCard() {
     m_lastEquation = nullptr;
+    m_lastEquationIndex = 0;
     m_lastVariable = nullptr;
     m_lastEquationName[0] = '\0';
     m_lastVariableName[0] = '\0';
+    m_pendingTypeAt.clear();
     m_pendingTypes.clear();
 }
 
@@ -336,21 +348,20 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
 
     ILPEquation* eqn = m_lastEquation;
     if (eqn == nullptr || std::strcmp(m_lastEquationName, eqName) != 0) {
-        eqn = FindEquation(eqName);
+        int index = 0;
+        eqn = m_eqnHint != nullptr ? m_eqnHint->EqnNameLookupIndexed(eqName, index)
+                                   : FindEquation(eqName);
         if (eqn == nullptr) {
             m_eqnList->CreateNewEquationObject(&eqn);
             if (eqn == nullptr) ProcessFault(kProcessError, texts.createEquation, texts.routine, __LINE__);
             eqn->SetName(eqName);
             m_eqnList->AddEquationObject(eqn);
+            if (m_eqnHint != nullptr) index = eqn->GetIndex();
         }
         m_lastEquation = RememberName(m_lastEquationName, eqName) ? eqn : nullptr;
+        m_lastEquationIndex = index;
     }
-    // The type is applied when the section ends: reading each row's type
-    // here would wait on a row object for nearly every card.
-    if (hasKey && (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn ||
-                   m_pendingTypes.back().second != type)) {
-        m_pendingTypes.emplace_back(eqn, type);
-    }
+    if (hasKey) NotePendingType(eqn, m_lastEquation != nullptr ? m_lastEquationIndex : 0, type);
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {

@@ -145,7 +145,7 @@ TEST(XMPSReaderTerms, ContinuationSkipsCommentsAndUnknownKeywordsAreKeptByName) 
 TEST(XMPSReaderTerms, RowKeysSetTypesAndTheFirstNIsTheObjective) {
     Model m = Read(
         "NAME X\nXLINEAR\n N  OBJ  1.0  A\n N  FREE 1.0  A\n L  LE   1.0  A\n G  GE   1.0  A\n"
-        "    NOKEY  1.0  A\n N  OBJ  2.0  B\n E  FREE 1.0  B\nENDATA\n");
+        "    NOKEY  1.0  A\n N  OBJ  2.0  B\n E  FREE 1.0  B\n E  OBJ  3.0  C\nENDATA\n");
     EXPECT_EQ(Eqn(m.get(), "OBJ")->GetType(), ZEM_EQN_OBJECTIVE);
     EXPECT_EQ(Eqn(m.get(), "LE")->GetType(), ZEM_EQN_LE);
     EXPECT_EQ(Eqn(m.get(), "GE")->GetType(), ZEM_EQN_GE);
