@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <tuple>
 
 #include "ZEMTestModel.h"
 #include "zemmgr/IIterationData.h"
@@ -26,11 +27,9 @@ TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
     EXPECT_EQ(v1, v2);
     ILPVariable* n = nullptr;
     b->MakeAddReturnVariableNew("N", -2.0, 8.0, 3.0, 3, &n);
-    EXPECT_EQ(n->GetBoundLower(), -2.0);
-    EXPECT_EQ(n->GetBoundUpper(), 8.0);
-    EXPECT_EQ(n->GetVarValue(), 3.0);
-    EXPECT_EQ(n->GetVarType(), 3);
-    EXPECT_EQ(n->GetIndex(), 2);
+    EXPECT_EQ(std::make_tuple(n->GetBoundLower(), n->GetBoundUpper(), n->GetVarValue()),
+              std::make_tuple(-2.0, 8.0, 3.0));
+    EXPECT_EQ(std::make_tuple(n->GetVarType(), n->GetIndex()), std::make_tuple(int16_t(3), 2));
 
     ILPEquation *e1 = nullptr, *e2 = nullptr;
     b->MakeAddReturnEquation("E", &e1);
@@ -38,9 +37,8 @@ TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
     EXPECT_EQ(e1, e2);
     ILPEquation* g = nullptr;
     b->MakeAddReturnEquationNew("G", 4, 10.0, -5.0, &g);
-    EXPECT_EQ(g->GetType(), 4);
-    EXPECT_EQ(g->GetRHSLo(), 10.0);
-    EXPECT_EQ(g->GetRHSUp(), 15.0);
+    EXPECT_EQ(std::make_tuple(int(g->GetType()), g->GetRHSLo(), g->GetRHSUp()),
+              std::make_tuple(4, 10.0, 15.0));
 
     ILPNonZero *a = nullptr, *c = nullptr;
     b->MakeAddReturnLinearNonZero("G", "N", 2.0, &a);

@@ -48,6 +48,10 @@ void BuildRichModel(IZEMMgr* mgr, const std::string& prefix = "");
 // A new manager holding BuildRichModel's model.
 ZEMMgrPtr RichMgr(const std::string& prefix = "");
 
+// Title "small"; row R: X - 2 y + 3 X*y >= 1 with range 4 (limits [1, 5]);
+// X in [0, 5] at 1, y fixed at 2; objective COST = X.
+ZEMMgrPtr SmallMgr();
+
 // Checks with gtest that two models hold the same persisted content: title
 // and flags, every variable, equation and nonzero field the file carries,
 // the nonlinear terms (type, row, arguments, constants), sets, options and
