@@ -64,8 +64,7 @@ TEST(ZEMModelBuilder, TermsAndSets) {
     t->AddVariableObject(x);
     t->AddVariableObject(y);
     EXPECT_EQ(b->AddNonLinearity(t), 1);
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
     EXPECT_DOUBLE_EQ(nl->EvaluateRow(r->GetIndex()), 30.0);
 
     INonLinearity* lg = nullptr;
@@ -86,8 +85,7 @@ TEST(ZEMModelBuilder, TermsAndSets) {
     b->MakeSpecialOrderedSet("S", 2, 3, members, &s);
     EXPECT_EQ(s->GetSize(), 2);
     EXPECT_EQ(s->GetType(), 2);
-    ILPSpOrdSetList* sets = nullptr;
-    m->GetSpOrdSetCollectionIntf(&sets);
+    ILPSpOrdSetList* sets = Sets(m.get());
     EXPECT_EQ(sets->SOSNameLookup("S"), s);
 }
 
@@ -134,8 +132,7 @@ TEST(ZEMModelBuilder, FailureTexts) {
         EXPECT_EQ(f.reason, k.reason);
         EXPECT_EQ(f.routine, "ZEMModelBuilder::" + k.routine);
     }
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
     EXPECT_EQ(nl->NumberOfNonLinearities(), 0);  // nothing half-made was kept
 }
 
@@ -241,8 +238,7 @@ TEST(ZEMIterationData, SnapshotAndRefresh) {
 TEST(ZEMModelBuilder, EditsOfWhatWasBuilt) {
     ZEMMgrPtr m = RichMgr();
     IZEMModelBuilder* b = Builder(m.get());
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
 
     ILPSpOrdSet* s = nullptr;
     b->FindSpecialOrderedSet("S1", &s);

@@ -17,8 +17,7 @@ void expectPieces(const std::string& text, std::initializer_list<const char*> pi
 
 TEST(ZEMMgrDisplay, HeadingIsExact) {
     ZEMMgrPtr m = SmallMgr();
-    IZEMOptionTable* opt = nullptr;
-    m->GetOptionTableIntf(&opt);
+    IZEMOptionTable* opt = Options(m.get());
     opt->SetOption("K", "V", nullptr);
     std::ostringstream os;
     m->DisplayHeading(os);

@@ -17,12 +17,9 @@ TEST(ZEMMgrEmptyRows, ManyEmptyRowsGoInOneProcessingPass) {
     const int kRows = 6000, kVars = 50;
     ZEMMgrPtr m = NewMgr();
     IZEMModelBuilder* b = Builder(m.get());
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    INonLinearModel* nl = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
-    m->GetMatrixIntf(&matrix);
-    m->GetNonLinearModelIntf(&nl);
+    ILPEquationList* eqns = Eqns(m.get());
+    ILPMatrix* matrix = Matrix(m.get());
+    INonLinearModel* nl = NL(m.get());
     std::vector<ILPVariable*> v(kVars);
     for (int j = 0; j < kVars; ++j)
         b->MakeAddReturnVariableNew(("V" + std::to_string(j)).c_str(), 0, 1e20, 0.5 + j, 1, &v[j]);

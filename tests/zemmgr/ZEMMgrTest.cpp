@@ -55,21 +55,19 @@ TEST(ZEMMgr, ModelDirectory) {
 TEST(ZEMMgr, PurgeAndIfDirtyPurge) {
     ZEMMgrPtr m = NewMgr();
     m->IfDirtyPurgeContent();  // clean: nothing happens
-    IZEMOptionTable* opt = nullptr;
-    m->GetOptionTableIntf(&opt);
+    IZEMOptionTable* opt = Options(m.get());
     opt->SetOption("K", "V", nullptr);
     m->IfDirtyPurgeContent();  // options alone do not make it dirty
-    m->GetOptionTableIntf(&opt);
+    opt = Options(m.get());
     EXPECT_STREQ(opt->GetOptionValue("K"), "V");
 
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
+    ILPVariableList* vars = Vars(m.get());
     vars->InsertVariable("ONLY");
     m->SetHybridModel(true);
     m->SetRank(4);
     m->IfDirtyPurgeContent();  // a variable without rows is enough
     EXPECT_EQ(Dims(m.get())[0], 0);
-    m->GetOptionTableIntf(&opt);
+    opt = Options(m.get());
     EXPECT_EQ(opt->GetOptionValue("K"), nullptr);
     EXPECT_FALSE(m->IsHybridModel());
     EXPECT_EQ(m->GetRank(), -1);
@@ -92,8 +90,7 @@ TEST(ZEMMgr, BaseModelDimension) {
     m->GetBaseModelDimension(base[0], base[1], base[2]);  // not stored: current
     EXPECT_EQ(base, d);
     m->StoreBaseModelDimension();
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
+    ILPVariableList* vars = Vars(m.get());
     vars->InsertVariable("EXTRA");
     m->GetBaseModelDimension(base[0], base[1], base[2]);
     EXPECT_EQ(base, d);
@@ -128,8 +125,7 @@ TEST(ZEMMgr, NamedCollections) {
 
 TEST(ZEMMgr, ProcessFullCollectionDropsEmptyRowsAndCounts) {
     ZEMMgrPtr m = RichMgr();
-    ILPEquationList* eqns = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
+    ILPEquationList* eqns = Eqns(m.get());
     eqns->InsertEquation("EMPTY");
     m->ProcessFullCollection();
     EXPECT_EQ(eqns->EqnNameLookup("EMPTY"), nullptr);
@@ -143,8 +139,7 @@ TEST(ZEMMgr, RemovalAndTrash) {
     // X5 is linear: it leaves its rows, sets and collections.
     m->RemoveVariable("X5");
     EXPECT_EQ(Var(m.get(), "X5"), nullptr);
-    ILPSpOrdSetList* sets = nullptr;
-    m->GetSpOrdSetCollectionIntf(&sets);
+    ILPSpOrdSetList* sets = Sets(m.get());
     EXPECT_EQ(sets->SOSNameLookup("S2")->GetSize(), 2);
     ILPVariableCollection* out = nullptr;
     m->FindNamedVarCollection("OUT", &out);
@@ -194,8 +189,7 @@ TEST(ZEMMgr, LinearizationAtTheCurrentPoint) {
     // Linearizing replaces the term by its tangent.
     m = SmallMgr();
     m->LinearizeGeneralNonlinear();
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
     EXPECT_EQ(nl->NumberOfNonLinearities(), 0);
     ILPEquation* r = Eqn(m.get(), "R");
     EXPECT_EQ(r->GetNonlinear(), 0);
@@ -227,8 +221,7 @@ TEST(ZEMMgr, EvaluateInitialAndUpdateEflo) {
 
     // UpdateEflo copies the row's activity into a variable.
     m = SmallMgr();
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
+    ILPVariableList* vars = Vars(m.get());
     vars->InsertVariable("FLOW");
     EXPECT_EQ(m->UpdateEflo("R", "FLOW"), 0);
     EXPECT_DOUBLE_EQ(Var(m.get(), "FLOW")->GetVarValue(), 3.0);
@@ -241,8 +234,7 @@ TEST(ZEMMgr, AppendFromZEMWithPrefixSharesExistingNames) {
     ZEMMgrPtr b = RichMgr();
     const std::array<int, 3> d = Dims(b.get());
     const std::array<int, 3> twice{2 * d[0], 2 * d[1], 2 * d[2]};
-    INonLinearModel* nl = nullptr;
-    b->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(b.get());
     const int terms = nl->NumberOfNonLinearities();
 
     b->AppendFromZEM(a.get(), "U1.", nullptr);

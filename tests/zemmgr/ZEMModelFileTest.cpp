@@ -127,10 +127,8 @@ TEST(ZEMModelFile, VersionBranches) {
     // the scale (up to 2017.5) nor the shadow prices (up to 2011.5).
     ZEMMgrPtr reduced = NewMgr();
     Restore(reduced.get(), ModelBytes(a.get()));
-    ILPVariableList* rv = nullptr;
-    ILPEquationList* re = nullptr;
-    reduced->GetVariableCollectionIntf(&rv);
-    reduced->GetEquationCollectionIntf(&re);
+    ILPVariableList* rv = Vars(reduced.get());
+    ILPEquationList* re = Eqns(reduced.get());
     for (double v : {2020.0 - 1e-9, 2019.0, 2017.6, 2017.5, 2011.6, 2011.5, 2011.1, 2011.0,
                      2009.5, 2008.5, 2007.5, 2007.0, 1.05}) {
         SCOPED_TRACE(v);

@@ -70,8 +70,7 @@ void BuildRichModel(IZEMMgr* mgr, const std::string& p) {
     b->MakeSpecialOrderedSet((p + "S1").c_str(), 1, 2, s1, nullptr);
     b->MakeSpecialOrderedSet((p + "S2").c_str(), 2, 3, s2, nullptr);
 
-    IZEMOptionTable* opt = nullptr;
-    mgr->GetOptionTableIntf(&opt);
+    IZEMOptionTable* opt = Options(mgr);
     opt->SetOption("A", "1", nullptr);
     opt->SetOption("B", nullptr, "2");
     opt->SetOption("C", "3", "4");
@@ -108,8 +107,7 @@ std::vector<std::string> contents(IZEMMgr* m) {
         for (double v : values) os << " " << v;
         out.push_back(os.str());
     };
-    ILPVariableList* vl;
-    m->GetVariableCollectionIntf(&vl);
+    ILPVariableList* vl = Vars(m);
     for (ILPVariable* x = vl->FrstVariableObject(); x; x = vl->NextVariableObject())
         line(std::string("var ") + x->GetName(),
              {double(x->GetIndex()), x->GetVarValue(), x->GetBoundLower(), x->GetBoundUpper(),
@@ -117,21 +115,18 @@ std::vector<std::string> contents(IZEMMgr* m) {
               x->GetStepBound(), x->GetSampleBoundLower(), x->GetSampleBoundUpper(),
               double(x->GetVarType()), double(x->GetVarStatus()), double(x->GetNonlinear()),
               x->GetVarShadowPrice(), double(x->GetNumberNZ())});
-    ILPEquationList* el;
-    m->GetEquationCollectionIntf(&el);
+    ILPEquationList* el = Eqns(m);
     for (ILPEquation* x = el->FrstEquationObject(); x; x = el->NextEquationObject())
         line(std::string("eqn ") + x->GetName(),
              {double(x->GetIndex()), double(x->GetType()), x->GetRHS(), x->GetRange(),
               x->GetRHSLo(), x->GetRHSUp(), x->GetEqnValue(), x->GetBaseValue(),
               x->GetShadowPrice(), x->GetEqnScale(), double(x->GetNonlinear()),
               double(x->GetNumberNZ())});
-    ILPMatrix* mx;
-    m->GetMatrixIntf(&mx);
+    ILPMatrix* mx = Matrix(m);
     for (ILPNonZero* x = mx->FrstNonZeroObject(); x; x = mx->NextNonZeroObject())
         line("nz", {double(x->GetEquationIdx()), double(x->GetVariableIdx()),
                     x->GetCoefficient(), double(x->GetNonlinear())});
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m);
     for (INonLinearity* t = nl->FrstNonLinearityObject(); t; t = nl->NextNonLinearityObject()) {
         std::string head = "term " + std::to_string(t->GetType()) + " " +
                            (t->GetEquationPtr() ? t->GetEquationPtr()->GetName() : "");
@@ -139,8 +134,7 @@ std::vector<std::string> contents(IZEMMgr* m) {
         line(head + " /", {});
         for (INLConstant* c = t->FrstNLConst(); c; c = t->NextNLConst()) line("const", {c->GetValue()});
     }
-    ILPSpOrdSetList* sl;
-    m->GetSpOrdSetCollectionIntf(&sl);
+    ILPSpOrdSetList* sl = Sets(m);
     for (ILPSpOrdSet* s = sl->FrstSpOrdSetObject(); s; s = sl->NextSpOrdSetObject()) {
         out.push_back(std::string("set ") + s->GetName() + "/" + std::to_string(s->GetType()));
         for (ILPVariable* v = s->FrstSetVar(); v; v = s->NextSetVar()) out.push_back(v->GetName());
@@ -152,8 +146,7 @@ std::vector<std::string> contents(IZEMMgr* m) {
         for (ILPVariable* v = c->FrstVariableObject(); v; v = c->NextVariableObject())
             out.push_back(v->GetName());
     }
-    IZEMOptionTable* opt;
-    m->GetOptionTableIntf(&opt);
+    IZEMOptionTable* opt = Options(m);
     std::ostringstream os;
     opt->Display(os);
     out.push_back(os.str());
@@ -222,17 +215,9 @@ std::array<int, 3> Dims(IZEMMgr* mgr) {
     return d;
 }
 
-ILPVariable* Var(IZEMMgr* m, const char* name) {
-    ILPVariableList* l = nullptr;
-    m->GetVariableCollectionIntf(&l);
-    return l->VarNameLookup(name);
-}
+ILPVariable* Var(IZEMMgr* m, const char* name) { return Vars(m)->VarNameLookup(name); }
 
-ILPEquation* Eqn(IZEMMgr* m, const char* name) {
-    ILPEquationList* l = nullptr;
-    m->GetEquationCollectionIntf(&l);
-    return l->EqnNameLookup(name);
-}
+ILPEquation* Eqn(IZEMMgr* m, const char* name) { return Eqns(m)->EqnNameLookup(name); }
 
 IZEMModelBuilder* Builder(IZEMMgr* m) {
     IZEMModelBuilder* b = nullptr;
@@ -241,8 +226,7 @@ IZEMModelBuilder* Builder(IZEMMgr* m) {
 }
 
 ILPNonZero* Entry(IZEMMgr* m, const char* row, const char* col) {
-    ILPMatrix* mx = nullptr;
-    m->GetMatrixIntf(&mx);
+    ILPMatrix* mx = Matrix(m);
     return mx->ExistIncidence(Eqn(m, row)->GetIndex(), Var(m, col)->GetIndex());
 }
 

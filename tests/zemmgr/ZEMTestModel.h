@@ -67,6 +67,14 @@ void Restore(IZEMMgr* mgr, const std::string& bytes);
 // Variables, rows and nonzeros.
 std::array<int, 3> Dims(IZEMMgr* mgr);
 
+// The manager's parts.
+inline ILPVariableList* Vars(IZEMMgr* m) { ILPVariableList* p = nullptr; m->GetVariableCollectionIntf(&p); return p; }
+inline ILPEquationList* Eqns(IZEMMgr* m) { ILPEquationList* p = nullptr; m->GetEquationCollectionIntf(&p); return p; }
+inline ILPMatrix* Matrix(IZEMMgr* m) { ILPMatrix* p = nullptr; m->GetMatrixIntf(&p); return p; }
+inline INonLinearModel* NL(IZEMMgr* m) { INonLinearModel* p = nullptr; m->GetNonLinearModelIntf(&p); return p; }
+inline ILPSpOrdSetList* Sets(IZEMMgr* m) { ILPSpOrdSetList* p = nullptr; m->GetSpOrdSetCollectionIntf(&p); return p; }
+inline IZEMOptionTable* Options(IZEMMgr* m) { IZEMOptionTable* p = nullptr; m->GetOptionTableIntf(&p); return p; }
+
 ILPVariable* Var(IZEMMgr* m, const char* name);
 ILPEquation* Eqn(IZEMMgr* m, const char* name);
 IZEMModelBuilder* Builder(IZEMMgr* m);
