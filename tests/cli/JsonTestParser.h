@@ -118,8 +118,8 @@ private:
         }
         return v;
     }
-    // Returns the string's bytes; \u escapes below 0x100 become that byte
-    // (zem writes invalid UTF-8 bytes that way), others UTF-8.
+    // Returns the string's bytes; a \u escape is one byte (zem writes
+    // control characters and invalid UTF-8 bytes that way).
     std::string ParseString() {
         ++i_;
         std::string out;
@@ -140,16 +140,8 @@ private:
             } else if (e == 'u' && i_ + 4 <= s_.size()) {
                 const unsigned long cp = std::strtoul(s_.substr(i_, 4).c_str(), nullptr, 16);
                 i_ += 4;
-                if (cp < 0x100) {
-                    out += static_cast<char>(cp);
-                } else if (cp < 0x800) {
-                    out += static_cast<char>(0xC0 | (cp >> 6));
-                    out += static_cast<char>(0x80 | (cp & 0x3F));
-                } else {
-                    out += static_cast<char>(0xE0 | (cp >> 12));
-                    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-                    out += static_cast<char>(0x80 | (cp & 0x3F));
-                }
+                if (cp >= 0x100) Fail("escape above one byte");
+                out += static_cast<char>(cp);
             } else {
                 Fail("bad escape");
             }

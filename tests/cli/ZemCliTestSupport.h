@@ -45,6 +45,23 @@ inline std::string KeyList(const jsontest::Value& v) {
     return out;
 }
 
+// The texts of a JSON array, and the numbers of an object's keys.
+inline std::vector<std::string> Texts(const jsontest::Value& array) {
+    std::vector<std::string> out;
+    for (const jsontest::Value& v : array.items) out.push_back(v.text);
+    return out;
+}
+inline std::vector<double> Numbers(const jsontest::Value& v, std::initializer_list<const char*> keys) {
+    std::vector<double> out;
+    for (const char* k : keys) out.push_back(v[k].number);
+    return out;
+}
+inline std::vector<double> Numbers(const jsontest::Value& array) {
+    std::vector<double> out;
+    for (const jsontest::Value& v : array.items) out.push_back(v.number);
+    return out;
+}
+
 struct Release {
     void operator()(IZEMMgr* m) const { m->IRelease(); }
 };

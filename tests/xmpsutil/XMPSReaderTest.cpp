@@ -142,7 +142,7 @@ TEST(XMPSReaderTerms, ContinuationSkipsCommentsAndUnknownKeywordsAreKeptByName) 
     EXPECT_STREQ(terms[1]->GetNonLinearityID(), "MYFUNC");
 }
 
-TEST(XMPSReaderTerms, RowKeysSetTypesAndTheFirstNIsTheObjective) {
+TEST(XMPSReaderTerms, RowKeysSetTypesTheFirstNIsTheObjectiveAndNamesAreCut) {
     Model m = Read(
         "NAME X\nXLINEAR\n N  OBJ  1.0  A\n N  FREE 1.0  A\n L  LE   1.0  A\n G  GE   1.0  A\n"
         "    NOKEY  1.0  A\n N  OBJ  2.0  B\n E  FREE 1.0  B\n E  OBJ  3.0  C\nENDATA\n");
@@ -153,10 +153,8 @@ TEST(XMPSReaderTerms, RowKeysSetTypesAndTheFirstNIsTheObjective) {
     // A later key changes a row's type, but never the objective's.
     EXPECT_EQ(Eqn(m.get(), "FREE")->GetType(), ZEM_EQN_EQ);
     EXPECT_TRUE(m->MatrixIncludesObjective());
-}
-
-TEST(XMPSReaderTerms, EquationNamesAreCutToTheNameWidth) {
-    Model m = Read("NAME X\nXLINEAR\n E  ABCDEFGHIJ  1.0  X\nXTNDFMT\nXLINEAR\n E  KLMNOPQRST  1.0  X\n"
+    // Equation names are cut to the name width outside the extended format.
+    m = Read("NAME X\nXLINEAR\n E  ABCDEFGHIJ  1.0  X\nXTNDFMT\nXLINEAR\n E  KLMNOPQRST  1.0  X\n"
                    "ENDATA\n");
     EXPECT_NE(Eqn(m.get(), "ABCDEFGH"), nullptr);
     EXPECT_NE(Eqn(m.get(), "KLMNOPQRST"), nullptr);
@@ -194,10 +192,8 @@ TEST(XMPSReaderSections, TempBoundsFollowTheVariable) {
     EXPECT_DOUBLE_EQ(Var(m.get(), "F")->GetTempBoundLower(), 0.0);  // fixed
     EXPECT_DOUBLE_EQ(Var(m.get(), "G")->GetTempBoundLower(), 6.0);
     EXPECT_DOUBLE_EQ(Var(m.get(), "C")->GetBoundUpper(), ZEM_INFINITY);
-}
-
-TEST(XMPSReaderSections, TempBoundsSkipEmptyColumns) {
-    Model m = Read(kTempHead + std::string(" LO BND2 EMPTY 3\nENDATA\n"));
+    // A column without entries is not made by its temporary bound.
+    m = Read(kTempHead + std::string(" LO BND2 EMPTY 3\nENDATA\n"));
     EXPECT_EQ(Var(m.get(), "EMPTY"), nullptr);
 }
 
@@ -249,7 +245,7 @@ public:
 };
 }  // namespace
 
-TEST(XMPSReaderHandlers, WrongStateNamesTheHandler) {
+TEST(XMPSReaderHandlers, WrongStateNamesTheHandlerAndFixedColumnXLinearRule) {
     Model m = NewModel();
     ProbeReader r(m.get(), false);
     ZEM_Exception e = Thrown([&] { r.CallNonLinear(); });
@@ -261,11 +257,6 @@ TEST(XMPSReaderHandlers, WrongStateNamesTheHandler) {
     e = Thrown([&] { r.CallInitial(); });
     EXPECT_EQ(e.Reason(), "INITIALData method invoked in wrong state");
     EXPECT_EQ(e.Routine(), "XMPSReader::INITIALData");
-}
-
-TEST(XMPSReaderHandlers, FixedColumnXLinearRule) {
-    Model m = NewModel();
-    ProbeReader r(m.get(), false);
     // Fixed columns in the standard layout: key at 1, equation at 4,
     // coefficient at 14, names from 28 on, each 8 wide with 2 blanks between.
     auto card = [](const char* key, const char* eqn, const char* coef,
@@ -298,7 +289,7 @@ TEST(XMPSReaderHandlers, EndlessContinuationEndsWithTheInput) {
     EXPECT_EQ(Terms(m.get())[0]->NumberOfVariableTerms(), 2001);
 }
 
-TEST(XMPSReaderFile, ReadsAFileAndReportsAMissingOne) {
+TEST(XMPSReaderFile, ReadsAFileReportsAMissingOneAndMakesAModel) {
     const std::string path = std::string(ZEM_BINARY_DIR) + "/xmps_reader_test.xmps";
     std::ofstream(path) << kSmall;
     EXPECT_EQ(Vars(ReadFile(path).get())->NumberOfVariables(), 3);
@@ -310,9 +301,7 @@ TEST(XMPSReaderFile, ReadsAFileAndReportsAMissingOne) {
         EXPECT_EQ(e.ErrorType(), eFileNotFound);
         EXPECT_EQ(e.FileName(), path);
     }
-}
-
-TEST(XMPSReaderFile, AReaderWithoutAModelMakesOneAndHandsItOver) {
+    // A reader without a model makes one and hands it over.
     XMPSReader* reader = nullptr;
     CreateXMPSReaderObject(&reader, nullptr);
     ASSERT_NE(reader, nullptr);
@@ -328,7 +317,7 @@ TEST(XMPSReaderFile, AReaderWithoutAModelMakesOneAndHandsItOver) {
     model->IRelease();
 }
 
-TEST(XMPSReaderBadInput, OverlongTokensAndOddNumbers) {
+TEST(XMPSReaderBadInput, OverlongTokensOddNumbersAndRowsBeforeAFailure) {
     // Tokens are cut to 128 characters.
     const std::string name200(200, 'V');
     Model m = Read("NAME X\nXTNDFMT\nXLINEAR\n E  R  1.0  " + name200 + "\nENDATA\n");
@@ -338,10 +327,8 @@ TEST(XMPSReaderBadInput, OverlongTokensAndOddNumbers) {
     m = Read("NAME X\nXLINEAR\n E  R  12x  A\n E  R  -  B\nENDATA\n");
     EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "A"), 12.0);
     EXPECT_DOUBLE_EQ(Coefficient(m.get(), "R", "B"), 0.0);
-}
-
-TEST(XMPSReaderBadInput, RowsReadBeforeAFailureKeepTheirTypes) {
-    Model m = NewModel();
+    // Rows read before a failure keep their types.
+    m = NewModel();
     XMPSReader reader(m.get(), false);
     std::stringstream in("NAME X\nXLINEAR\n L  R1  1.0  A\n G  R2  1.0  A\n Q  R3  1.0  B\nENDATA\n");
     EXPECT_THROW(reader.ReadMPSStream(&in), ZEM_Exception);

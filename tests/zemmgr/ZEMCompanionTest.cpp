@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <tuple>
 
 #include "ZEMTestModel.h"
 #include "zemmgr/IIterationData.h"
@@ -26,11 +27,9 @@ TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
     EXPECT_EQ(v1, v2);
     ILPVariable* n = nullptr;
     b->MakeAddReturnVariableNew("N", -2.0, 8.0, 3.0, 3, &n);
-    EXPECT_EQ(n->GetBoundLower(), -2.0);
-    EXPECT_EQ(n->GetBoundUpper(), 8.0);
-    EXPECT_EQ(n->GetVarValue(), 3.0);
-    EXPECT_EQ(n->GetVarType(), 3);
-    EXPECT_EQ(n->GetIndex(), 2);
+    EXPECT_EQ(std::make_tuple(n->GetBoundLower(), n->GetBoundUpper(), n->GetVarValue()),
+              std::make_tuple(-2.0, 8.0, 3.0));
+    EXPECT_EQ(std::make_tuple(n->GetVarType(), n->GetIndex()), std::make_tuple(int16_t(3), 2));
 
     ILPEquation *e1 = nullptr, *e2 = nullptr;
     b->MakeAddReturnEquation("E", &e1);
@@ -38,9 +37,8 @@ TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
     EXPECT_EQ(e1, e2);
     ILPEquation* g = nullptr;
     b->MakeAddReturnEquationNew("G", 4, 10.0, -5.0, &g);
-    EXPECT_EQ(g->GetType(), 4);
-    EXPECT_EQ(g->GetRHSLo(), 10.0);
-    EXPECT_EQ(g->GetRHSUp(), 15.0);
+    EXPECT_EQ(std::make_tuple(int(g->GetType()), g->GetRHSLo(), g->GetRHSUp()),
+              std::make_tuple(4, 10.0, 15.0));
 
     ILPNonZero *a = nullptr, *c = nullptr;
     b->MakeAddReturnLinearNonZero("G", "N", 2.0, &a);
@@ -66,8 +64,7 @@ TEST(ZEMModelBuilder, TermsAndSets) {
     t->AddVariableObject(x);
     t->AddVariableObject(y);
     EXPECT_EQ(b->AddNonLinearity(t), 1);
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
     EXPECT_DOUBLE_EQ(nl->EvaluateRow(r->GetIndex()), 30.0);
 
     INonLinearity* lg = nullptr;
@@ -88,8 +85,7 @@ TEST(ZEMModelBuilder, TermsAndSets) {
     b->MakeSpecialOrderedSet("S", 2, 3, members, &s);
     EXPECT_EQ(s->GetSize(), 2);
     EXPECT_EQ(s->GetType(), 2);
-    ILPSpOrdSetList* sets = nullptr;
-    m->GetSpOrdSetCollectionIntf(&sets);
+    ILPSpOrdSetList* sets = Sets(m.get());
     EXPECT_EQ(sets->SOSNameLookup("S"), s);
 }
 
@@ -136,8 +132,7 @@ TEST(ZEMModelBuilder, FailureTexts) {
         EXPECT_EQ(f.reason, k.reason);
         EXPECT_EQ(f.routine, "ZEMModelBuilder::" + k.routine);
     }
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
     EXPECT_EQ(nl->NumberOfNonLinearities(), 0);  // nothing half-made was kept
 }
 
@@ -243,8 +238,7 @@ TEST(ZEMIterationData, SnapshotAndRefresh) {
 TEST(ZEMModelBuilder, EditsOfWhatWasBuilt) {
     ZEMMgrPtr m = RichMgr();
     IZEMModelBuilder* b = Builder(m.get());
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+    INonLinearModel* nl = NL(m.get());
 
     ILPSpOrdSet* s = nullptr;
     b->FindSpecialOrderedSet("S1", &s);

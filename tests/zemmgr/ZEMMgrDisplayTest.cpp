@@ -13,33 +13,11 @@ void expectPieces(const std::string& text, std::initializer_list<const char*> pi
     for (const char* p : pieces) EXPECT_TRUE(Has(text, p)) << "missing: " << p << "\nin:\n" << text;
 }
 
-// Row "R": X - 2 Y + 3 X*Y >= 1 with range 4; X in [0, 5], Y fixed at 2.
-ZEMMgrPtr smallModel() {
-    ZEMMgrPtr m = NewMgr();
-    m->SetModelTitle("small");
-    IZEMModelBuilder* b = Builder(m.get());
-    ILPVariable *x, *y;
-    ILPEquation *r, *obj;
-    b->MakeAddReturnVariableNew("X", 0.0, 5.0, 1.0, 1, &x);
-    b->MakeAddReturnVariableNew("y", 2.0, 2.0, 2.0, 1, &y);
-    b->MakeAddReturnEquationNew("R", 4, 1.0, 4.0, &r);
-    b->MakeAddReturnEquationNew("COST", 1, 0.0, 0.0, &obj);
-    b->MakeAddLinearNonZeroNew(r, x, 1.0);
-    b->MakeAddLinearNonZeroNew(r, y, -2.0);
-    b->MakeAddLinearNonZeroNew(obj, x, 1.0);
-    ILPVariable* args[] = {x, y};
-    const double c[] = {3.0};
-    b->MakeNonLinearityFast(1, r, 2, args, 1, c, nullptr);
-    m->ProcessFullCollection();
-    return m;
-}
-
 }  // namespace
 
 TEST(ZEMMgrDisplay, HeadingIsExact) {
-    ZEMMgrPtr m = smallModel();
-    IZEMOptionTable* opt = nullptr;
-    m->GetOptionTableIntf(&opt);
+    ZEMMgrPtr m = SmallMgr();
+    IZEMOptionTable* opt = Options(m.get());
     opt->SetOption("K", "V", nullptr);
     std::ostringstream os;
     m->DisplayHeading(os);
@@ -55,7 +33,7 @@ TEST(ZEMMgrDisplay, HeadingIsExact) {
 }
 
 TEST(ZEMMgrDisplay, AlgebraicForms) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     std::ostringstream os;
     m->AlgebraicDisplay(os);
     // Row R: limits [1, 5], linear entries with 4 significant digits.
@@ -78,7 +56,7 @@ TEST(ZEMMgrDisplay, AlgebraicForms) {
 }
 
 TEST(ZEMMgrDisplay, HybridListingNeedsVariableAndHybridModel) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     ::setenv("SHOW_HYBRID_MODEL", "1", 1);
     std::ostringstream plain;
     m->AlgebraicDisplay(plain);  // not a hybrid model: formulas
@@ -91,7 +69,7 @@ TEST(ZEMMgrDisplay, HybridListingNeedsVariableAndHybridModel) {
 }
 
 TEST(ZEMMgrDisplay, NonLinearMatrixAndByColumn) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     m->SetupModelLinearization();
     std::ostringstream os;
     m->NonLinearMatrixDisplay(os);
@@ -108,7 +86,7 @@ TEST(ZEMMgrDisplay, NonLinearMatrixAndByColumn) {
 }
 
 TEST(ZEMMgrDisplay, GamsSource) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     std::ostringstream os;
     m->GAMSModelInput(os);
     EXPECT_EQ(os.str().rfind("$OFFSYMLIST\n$OFFSYMXREF\n$EOLCOM # \n\n", 0), 0u);
@@ -127,7 +105,7 @@ TEST(ZEMMgrDisplay, GamsSource) {
 }
 
 TEST(ZEMMgrDisplay, GamsRangeExpansionClash) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     IZEMModelBuilder* b = Builder(m.get());
     b->MakeAddEquationNew("R_LE", 3, 1.0, 0.0);
     m->InsertMatrixEntry("R_LE", "X", 1.0, nullptr);
@@ -142,7 +120,7 @@ TEST(ZEMMgrDisplay, GamsRangeExpansionClash) {
 }
 
 TEST(ZEMMgrDisplay, SummaryFile) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     const std::string path = std::string(ZEM_BINARY_DIR) + "/zemmgr_summary.txt";
     m->WriteZEMSummary(path.c_str());
     const std::string text = ReadFile(path);
@@ -158,7 +136,7 @@ TEST(ZEMMgrDisplay, SummaryFile) {
 }
 
 TEST(ZEMMgrDisplay, PenaltyFile) {
-    ZEMMgrPtr m = smallModel();
+    ZEMMgrPtr m = SmallMgr();
     Var(m.get(), "X")->SetRelaxedBoundUpper(6.0);
     const std::string path = std::string(ZEM_BINARY_DIR) + "/zemmgr_penalty.dat";
     EXPECT_EQ(m->WritePenaltyFile(path.c_str()), 0);

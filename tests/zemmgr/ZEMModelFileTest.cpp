@@ -47,13 +47,13 @@ constexpr size_t kFlagsAt = 144 + 28;
 
 }  // namespace
 
-TEST(ZEMModelFile, StreamRoundTripReplacesContentAndKeepsEveryField) {
+TEST(ZEMModelFile, RoundTripsThroughStreamLocalStreamAndFile) {
     ZEMMgrPtr a = RichMgr();
     ZEMMgrPtr b = RichMgr("Q_");  // restoring replaces what was there
-    Restore(b.get(), ModelBytes(a.get()));
+    const std::string bytes = ModelBytes(a.get());
+    Restore(b.get(), bytes);
     ExpectSameModel(a.get(), b.get());
-    // And the restored model writes the same bytes again.
-    EXPECT_EQ(ModelBytes(a.get()), ModelBytes(b.get()));
+    EXPECT_EQ(ModelBytes(b.get()), bytes);  // and writes the same bytes again
 
     // The local stream: a second save replaces the first.
     a->PersistToLocalStream();
@@ -61,33 +61,26 @@ TEST(ZEMModelFile, StreamRoundTripReplacesContentAndKeepsEveryField) {
     std::stringstream* ss = nullptr;
     a->GetLastSerializationStream(&ss);
     ASSERT_NE(ss, nullptr);
-    EXPECT_EQ(ss->str(), ModelBytes(a.get()));
-    ZEMMgrPtr c = NewMgr();
-    c->RestoreFromStream(ss);
-    ExpectSameModel(a.get(), c.get());
-}
+    EXPECT_EQ(ss->str(), bytes);
 
-TEST(ZEMModelFile, FileRoundTripMissingFileAndTemporaryVersion) {
-    ZEMMgrPtr a = RichMgr();
     const std::string path = TempPath("roundtrip.zem");
     a->PersistAsFile(path.c_str());
-    EXPECT_EQ(ReadFile(path), ModelBytes(a.get()));
-    ZEMMgrPtr b = NewMgr();
-    EXPECT_TRUE(b->RestoreFromFile(path.c_str()));
-    ExpectSameModel(a.get(), b.get());
+    EXPECT_EQ(ReadFile(path), bytes);
+    ZEMMgrPtr c = NewMgr();
+    EXPECT_TRUE(c->RestoreFromFile(path.c_str()));
+    ExpectSameModel(a.get(), c.get());
     // A file that cannot be opened leaves the model alone.
-    EXPECT_FALSE(b->RestoreFromFile(TempPath("no_such_file.zem").c_str()));
-    ExpectSameModel(a.get(), b.get());
+    EXPECT_FALSE(c->RestoreFromFile(TempPath("no_such_file.zem").c_str()));
+    EXPECT_EQ(ModelBytes(c.get()), bytes);
 
-    // A version given to one save is used for that save only.
+    // A version given to one save is used for that save only; the flag
+    // bytes are written whatever the version.
     a->PersistAsFile(path.c_str(), 1.05);
     const std::string old = ReadFile(path);
     EXPECT_EQ(versionOf(old), 1.05);
-    // The flag bytes are written whatever the version.
     EXPECT_EQ(static_cast<unsigned char>(old[kFlagsAt + 1]), 1);
     EXPECT_EQ(versionOf(ModelBytes(a.get())), 2020.1);
     EXPECT_EQ(versionOf(ModelBytes(a.get(), 2020.0)), 2020.0);
-    EXPECT_EQ(dynamic_cast<ZEMMgr*>(a.get())->GetFileVersion(), 2020.1);
     std::remove(path.c_str());
 }
 
@@ -121,7 +114,7 @@ TEST(ZEMModelFile, VersionBranches) {
     ZEMMgrPtr a = RichMgr();
 
     // 2020.0 and later read the hybrid byte: the files round-trip.
-    for (double v : {2020.1, 2020.0, 2021.5}) {
+    for (double v : {2020.0, 2021.5}) {
         SCOPED_TRACE(v);
         ZEMMgrPtr b = NewMgr();
         Restore(b.get(), ModelBytes(a.get(), v));
@@ -134,10 +127,8 @@ TEST(ZEMModelFile, VersionBranches) {
     // the scale (up to 2017.5) nor the shadow prices (up to 2011.5).
     ZEMMgrPtr reduced = NewMgr();
     Restore(reduced.get(), ModelBytes(a.get()));
-    ILPVariableList* rv = nullptr;
-    ILPEquationList* re = nullptr;
-    reduced->GetVariableCollectionIntf(&rv);
-    reduced->GetEquationCollectionIntf(&re);
+    ILPVariableList* rv = Vars(reduced.get());
+    ILPEquationList* re = Eqns(reduced.get());
     for (double v : {2020.0 - 1e-9, 2019.0, 2017.6, 2017.5, 2011.6, 2011.5, 2011.1, 2011.0,
                      2009.5, 2008.5, 2007.5, 2007.0, 1.05}) {
         SCOPED_TRACE(v);

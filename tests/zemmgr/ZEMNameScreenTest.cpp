@@ -14,38 +14,27 @@ std::string screen(std::string s) {
 
 }  // namespace
 
-TEST(ZEMNameScreen, KeepsSafeNamesAndRecordsLowerCaseAndSymbols) {
-    EXPECT_EQ(screen("a-b"), "a1b_a01T1b2");
-    EXPECT_EQ(screen("ABC_12"), "ABC_12");
-    EXPECT_EQ(screen(""), "");
-    EXPECT_EQ(screen("Ab"), "Ab_b1");
-}
+TEST(ZEMNameScreen, SafeNamesLowerCaseSymbolsAndLeadingDigits) {
+    // Lower-case letters and symbols are recorded in a suffix; a leading
+    // digit becomes a letter without a record (only position 0 is moved).
+    const std::pair<const char*, const char*> named[] = {
+        {"a-b", "a1b_a01T1b2"}, {"ABC_12", "ABC_12"}, {"", ""}, {"Ab", "Ab_b1"},
+        {"0X", "AX"},           {"9", "J"},           {"19", "B9"}};
+    for (const auto& c : named) EXPECT_EQ(screen(c.first), c.second) << c.first;
 
-TEST(ZEMNameScreen, LeadingDigitBecomesALetterWithoutRecord) {
-    EXPECT_EQ(screen("0X"), "AX");
-    EXPECT_EQ(screen("9"), "J");
-    EXPECT_EQ(screen("19"), "B9");  // only position 0 is moved
-}
-
-TEST(ZEMNameScreen, EveryCharacterClassMapsToALetter) {
-    struct Case {
+    // Every character class maps to a digit and a letter.
+    const struct {
         unsigned char code;
-        char digit;
-        char letter;
-    };
-    const Case cases[] = {
-        {1, '0', 'B'},      {25, '0', 'Z'},    {32, '1', 'G'},  {47, '1', 'V'},
-        {58, '2', 'A'},     {64, '2', 'G'},    {91, '3', 'A'},  {96, '3', 'F'},
-        {123, '4', 'A'},    {148, '4', 'Z'},   {149, '5', 'A'}, {175, '6', 'A'},
-        {201, '7', 'A'},    {226, '7', 'Z'},   {227, '8', 'A'}, {252, '8', 'Z'},
-        {253, '9', 'A'},    {255, '9', 'C'},
-    };
-    for (const Case& c : cases) {
-        std::string name = "X";
-        name += static_cast<char>(c.code);
-        const std::string expected = std::string("X") + c.digit + "_" + c.digit + c.letter + "1";
-        EXPECT_EQ(screen(name), expected) << int(c.code);
-    }
+        char digit, letter;
+    } codes[] = {{1, '0', 'B'},   {25, '0', 'Z'},  {32, '1', 'G'},  {47, '1', 'V'},
+                 {58, '2', 'A'},  {64, '2', 'G'},  {91, '3', 'A'},  {96, '3', 'F'},
+                 {123, '4', 'A'}, {148, '4', 'Z'}, {149, '5', 'A'}, {175, '6', 'A'},
+                 {201, '7', 'A'}, {226, '7', 'Z'}, {227, '8', 'A'}, {252, '8', 'Z'},
+                 {253, '9', 'A'}, {255, '9', 'C'}};
+    for (const auto& c : codes)
+        EXPECT_EQ(screen(std::string("X") + static_cast<char>(c.code)),
+                  std::string("X") + c.digit + "_" + c.digit + c.letter + "1")
+            << int(c.code);
 }
 
 TEST(ZEMNameScreen, OverlongSuffixIsRefusedAndNameKept) {

@@ -32,20 +32,32 @@ void expectReadError(const std::string& bytes) {
 
 }  // namespace
 
-TEST(ZEMOptionTable, ColumnsAreSetIndependently) {
+TEST(ZEMOptionTable, ColumnsAreSetIndependentlyAndOrderedBytewise) {
     ZEMOptionTable t;
-    t.SetOption("A", "1", nullptr);
-    t.SetOption("A", "", "second");  // empty first value keeps "1"
-    EXPECT_STREQ(t.GetOptionValue("A"), "1");
-    EXPECT_STREQ(t.GetOptionSecondValue("A"), "second");
-    t.SetOption("A", "2", "");
-    EXPECT_STREQ(t.GetOptionValue("A"), "2");
-    EXPECT_STREQ(t.GetOptionSecondValue("A"), "second");
-    t.SetOption("B", nullptr, "only2");
-    EXPECT_EQ(t.GetOptionValue("B"), nullptr);
-    EXPECT_STREQ(t.GetOptionSecondValue("B"), "only2");
+    std::vector<std::string> names{"stale"};
+    t.OptionNames(names);
+    EXPECT_TRUE(names.empty());
+    t.SetOption("a", "1", nullptr);
+    t.SetOption("a", "", "second");  // empty first value keeps "1"
+    EXPECT_STREQ(t.GetOptionValue("a"), "1");
+    EXPECT_STREQ(t.GetOptionSecondValue("a"), "second");
+    t.SetOption("a", "2", "");
+    EXPECT_STREQ(t.GetOptionValue("a"), "2");
+    EXPECT_STREQ(t.GetOptionSecondValue("a"), "second");
+    t.SetOption("b", nullptr, "only2");
+    EXPECT_EQ(t.GetOptionValue("b"), nullptr);
+    EXPECT_STREQ(t.GetOptionSecondValue("b"), "only2");
     EXPECT_EQ(t.GetOptionValue("missing"), nullptr);
     EXPECT_EQ(t.GetOptionValue(nullptr), nullptr);
+    t.SetOption("ab", "3", nullptr);
+    t.SetOption("B", "4", nullptr);
+    t.SetOption("\xC3\xA9", "5", nullptr);  // high bytes sort after ASCII
+    std::string order;
+    for (const auto& e : t.FirstColumn()) order += e.second;
+    EXPECT_EQ(order, "4235");
+    // Names of both columns merged in byte order.
+    t.OptionNames(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"B", "a", "ab", "b", "\xC3\xA9"}));
     // An empty or null name is ignored.
     ZEMOptionTable u;
     u.SetOption("", "v", "w");
@@ -71,17 +83,6 @@ TEST(ZEMOptionTable, DisplayEmptyAndMixedColumns) {
               "\nO P T I O N   T A B L E   D I S P L A Y\n"
               "- - - - - -   - - - - -   - - - - - - -\n\n"
               "  A : 1\n  B : 2 : x\n  C : -------- : 3\n");
-}
-
-TEST(ZEMOptionTable, NamesAreOrderedBytewise) {
-    ZEMOptionTable t;
-    t.SetOption("ab", "1", nullptr);
-    t.SetOption("a", "2", nullptr);
-    t.SetOption("B", "3", nullptr);
-    t.SetOption("\xC3\xA9", "4", nullptr);  // high bytes sort after ASCII
-    std::string order;
-    for (const auto& e : t.FirstColumn()) order += e.second;
-    EXPECT_EQ(order, "3214");
 }
 
 TEST(ZEMOptionTable, PersistedLayoutAndRoundTrip) {
@@ -115,17 +116,4 @@ TEST(ZEMOptionTable, TruncatedOrDamagedInputIsAReadError) {
     expectReadError(std::string("\x02\0\0\0", 4) + std::string("A\0", 2) + std::string(4, '\0'));
     // A length far beyond the stream.
     expectReadError(std::string("\xff\xff\xff\xff", 4) + "abc");
-}
-
-TEST(ZEMOptionTable, OptionNamesMergeBothColumnsInByteOrder) {
-    ZEMOptionTable t;
-    std::vector<std::string> names{"stale"};
-    t.OptionNames(names);
-    EXPECT_TRUE(names.empty());
-    t.SetOption("b", "1", nullptr);
-    t.SetOption("a", nullptr, "2");
-    t.SetOption("c", "3", "4");
-    t.SetOption("B", "5", nullptr);
-    t.OptionNames(names);
-    EXPECT_EQ(names, (std::vector<std::string>{"B", "a", "b", "c"}));
 }

@@ -48,6 +48,10 @@ void BuildRichModel(IZEMMgr* mgr, const std::string& prefix = "");
 // A new manager holding BuildRichModel's model.
 ZEMMgrPtr RichMgr(const std::string& prefix = "");
 
+// Title "small"; row R: X - 2 y + 3 X*y >= 1 with range 4 (limits [1, 5]);
+// X in [0, 5] at 1, y fixed at 2; objective COST = X.
+ZEMMgrPtr SmallMgr();
+
 // Checks with gtest that two models hold the same persisted content: title
 // and flags, every variable, equation and nonzero field the file carries,
 // the nonlinear terms (type, row, arguments, constants), sets, options and
@@ -62,6 +66,14 @@ void Restore(IZEMMgr* mgr, const std::string& bytes);
 
 // Variables, rows and nonzeros.
 std::array<int, 3> Dims(IZEMMgr* mgr);
+
+// The manager's parts.
+inline ILPVariableList* Vars(IZEMMgr* m) { ILPVariableList* p = nullptr; m->GetVariableCollectionIntf(&p); return p; }
+inline ILPEquationList* Eqns(IZEMMgr* m) { ILPEquationList* p = nullptr; m->GetEquationCollectionIntf(&p); return p; }
+inline ILPMatrix* Matrix(IZEMMgr* m) { ILPMatrix* p = nullptr; m->GetMatrixIntf(&p); return p; }
+inline INonLinearModel* NL(IZEMMgr* m) { INonLinearModel* p = nullptr; m->GetNonLinearModelIntf(&p); return p; }
+inline ILPSpOrdSetList* Sets(IZEMMgr* m) { ILPSpOrdSetList* p = nullptr; m->GetSpOrdSetCollectionIntf(&p); return p; }
+inline IZEMOptionTable* Options(IZEMMgr* m) { IZEMOptionTable* p = nullptr; m->GetOptionTableIntf(&p); return p; }
 
 ILPVariable* Var(IZEMMgr* m, const char* name);
 ILPEquation* Eqn(IZEMMgr* m, const char* name);
