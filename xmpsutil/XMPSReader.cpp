@@ -280,30 +280,26 @@ int16_t XMPSReader::ParseDataCard() {
 
 bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*& text,
                            size_t& n) const {
-    xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
     const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
-    const bool tokenRule = m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR;
-    if (tokenRule) {
-        // Equation as field 1; as field 2 a token where the last card had
-        // its first argument.
-        if (field == kMPSFieldName2) {
-            const int at = m_argColumn;
-            if (at <= 0 || at >= cut || xmpstok::isBlank(line[at]) || !xmpstok::isBlank(line[at - 1]))
-                return false;
-            int end = at;
-            while (end < cut && !xmpstok::isBlank(line[end])) ++end;
-            text = line + at;
-            n = static_cast<size_t>(end - at);
-            return true;
+    xmpstok::FieldSpan span;
+    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR) {
+        // The equation as field 1; as field 2 a token where the last card
+        // had its first argument (cards written by a program line up).
+        const int at = m_argColumn;
+        if (field == kMPSFieldName1)
+            span = xmpstok::NextToken(line, cut, m_geometry.start[kMPSFieldName1]);
+        else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::isBlank(line[at - 1]) &&
+                 !xmpstok::isBlank(line[at]))
+            span = xmpstok::NextToken(line, cut, at);
+    } else {
+        if (line != m_peekLine || cut != m_peekLength) {
+            // A card's fields are asked for one at a time: locate them once.
+            xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), m_peekSpans);
+            m_peekLine = line;
+            m_peekLength = cut;
         }
-        xmpstok::LocateTermCard(line, cut, m_geometry.start[kMPSFieldName1], spans);
-    } else if (line != m_peekLine || cut != m_peekLength) {
-        // A card's fields are asked for one at a time: locate them once.
-        xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), m_peekSpans);
-        m_peekLine = line;
-        m_peekLength = cut;
+        span = m_peekSpans[field];
     }
-    const xmpstok::FieldSpan& span = tokenRule ? spans[field] : m_peekSpans[field];
     text = span.text;
     n = span.n;
     return n > 0;

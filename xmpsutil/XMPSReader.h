@@ -204,6 +204,7 @@ private:
     void ApplyTermCard(const TermTexts& texts, INonLinearModel* nlModel);
     ILPVariable* FindOrCreateVariable(const char* name, const char* failText, const char* routine);
     void AppendArgument(const char* text);
+    void AppendArgument(const char* text, size_t n);
     void FetchTermModel(const char* failText, const char* routine, INonLinearModel** nl);
     void RequireSection(int16_t code, const char* wrongStateText, const char* routine) const;
     bool SectionHasKey() const;

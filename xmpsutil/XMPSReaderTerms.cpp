@@ -66,10 +66,12 @@ struct XMPSReader::TermTexts {
 
 // ---- Token rule ----
 
-void XMPSReader::AppendArgument(const char* text) {
-    const size_t n = std::strlen(text);
+void XMPSReader::AppendArgument(const char* text) { AppendArgument(text, std::strlen(text)); }
+
+void XMPSReader::AppendArgument(const char* text, size_t n) {
     m_argStart.push_back(m_argText.size());
-    m_argText.insert(m_argText.end(), text, text + n + 1);
+    m_argText.insert(m_argText.end(), text, text + n);
+    m_argText.push_back('\0');
 }
 
 bool XMPSReader::ReadContinuedXMPSLine() {
@@ -98,44 +100,49 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     }
     key[k] = '\0';
 
-    int pos = m_geometry.start[kMPSFieldName1];
-    if (pos >= m_lineLength) return kXMPSCardToken;
-    int count = 0;
-    if (!ExtractToken(count, m_line + pos, equation, xmpstok::kTokenMax)) return kXMPSCardToken;
-    pos += count;
-    if (static_cast<int>(std::strlen(equation)) > m_geometry.nameWidth) {
-        equation[m_geometry.nameWidth] = '\0';
-    }
+    // Tokens are located in the line and copied once, at most kTokenMax
+    // characters of each (the rest of a longer token is passed over).
+    // Plain loops: tokens are short, and an inlined block copy's set-up
+    // costs more than the copy.
+    const auto copy = [](char* dst, const xmpstok::FieldSpan& t, size_t cap) {
+        const size_t n = std::min(t.n, cap);
+        for (size_t i = 0; i < n; ++i) dst[i] = t.text[i];
+        dst[n] = '\0';
+        return n;
+    };
+    constexpr size_t kMax = xmpstok::kTokenMax;
+    xmpstok::FieldSpan t = xmpstok::NextToken(m_line, m_lineLength, m_geometry.start[kMPSFieldName1]);
+    if (t.text == nullptr) return kXMPSCardToken;
+    copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
+    const auto after = [this](const xmpstok::FieldSpan& span) { return static_cast<int>(span.text + span.n - m_line); };
 
-    char token[xmpstok::kTokenMax + 1];
-    count = 0;
-    if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) return kXMPSCardToken;
-    pos += count;
+    char token[kMax + 1];
+    t = xmpstok::NextToken(m_line, m_lineLength, after(t));
+    if (t.text == nullptr) return kXMPSCardToken;
+    copy(token, t, kMax);
     if (!IsANumber(token)) {
-        std::memcpy(m_keyword, token, std::strlen(token) + 1);
-        count = 0;
-        if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) return kXMPSCardToken;
-        pos += count;
+        copy(m_keyword, t, kMax);
+        t = xmpstok::NextToken(m_line, m_lineLength, after(t));
+        if (t.text == nullptr) return kXMPSCardToken;
+        copy(token, t, kMax);
         // A keyword without a number after it: the card has no coefficient.
         if (!IsANumber(token)) return kXMPSCardToken;
     }
-    std::memcpy(m_coefficient, token, std::strlen(token) + 1);
+    copy(m_coefficient, t, kMax);
 
+    int pos = after(t);
     for (bool firstLine = true;;) {
-        count = 0;
-        if (!ExtractToken(count, m_line + pos, token, xmpstok::kTokenMax)) break;
-        if (firstLine && m_argColumn < 0) {
-            const int tokenLength = static_cast<int>(std::strlen(token));
-            if (tokenLength < xmpstok::kTokenMax) m_argColumn = pos + count - tokenLength;
-        }
-        pos += count;
-        if (token[0] == '\\' && token[1] == '\0') {
+        t = xmpstok::NextToken(m_line, m_lineLength, pos);
+        if (t.text == nullptr) break;
+        pos = after(t);
+        if (t.n == 1 && t.text[0] == '\\') {
             firstLine = false;
             if (!ReadContinuedXMPSLine()) break;
             pos = 0;
             continue;
         }
-        AppendArgument(token);
+        if (firstLine && m_argColumn < 0) m_argColumn = static_cast<int>(t.text - m_line);
+        AppendArgument(t.text, std::min(t.n, kMax));
     }
     return kXMPSCardToken;
 }

@@ -1,5 +1,6 @@
 #include "xmpsutil/XMPSTokens.h"
 
+#include <cstdint>
 #include <cstring>
 
 namespace xmpstok {
@@ -22,13 +23,40 @@ void copyToken(char* dst, const char* begin, const char* end) {
     dst[n] = '\0';
 }
 
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+// Eight characters at a time: the high bit of each byte of the result is
+// set where the byte of w is a blank (space or tab), exactly.
+uint64_t blankBytes(uint64_t w) {
+    constexpr uint64_t kLow7 = 0x7f7f7f7f7f7f7f7full;
+    const auto zero = [](uint64_t x) { return ~(((x & kLow7) + kLow7) | x) & ~kLow7; };
+    return zero(w ^ 0x2020202020202020ull) | zero(w ^ 0x0909090909090909ull);
+}
+
+// Offset of the first byte of [p, end) whose blank bit (of blankBytes)
+// equals `blank`, looked for a word at a time; end - p when there is none.
+const char* firstWhere(const char* p, const char* end, bool blank) {
+    for (; end - p >= 8; p += 8) {
+        uint64_t w;
+        std::memcpy(&w, p, 8);
+        uint64_t hits = blankBytes(w);
+        if (!blank) hits = ~hits & 0x8080808080808080ull;
+        if (hits != 0) return p + __builtin_ctzll(hits) / 8;
+    }
+    while (p < end && isBlank(*p) != blank) ++p;
+    return p;
+}
+#else
+const char* firstWhere(const char* p, const char* end, bool blank) {
+    while (p < end && isBlank(*p) != blank) ++p;
+    return p;
+}
+#endif
+
 // Returns the start of the next token at or after p (or end), and sets
 // *tokEnd to its end.
 const char* nextToken(const char* p, const char* end, const char** tokEnd) {
-    while (p < end && isBlank(*p)) ++p;
-    const char* q = p;
-    while (q < end && !isBlank(*q)) ++q;
-    *tokEnd = q;
+    p = firstWhere(p, end, false);
+    *tokEnd = firstWhere(p, end, true);
     return p;
 }
 
@@ -117,12 +145,11 @@ void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* 
     }
 }
 
-void LocateTermCard(const char* line, int len, int nameStart, FieldSpan* spans) {
-    for (int f = 0; f < kCardFieldCount; ++f) spans[f] = FieldSpan{};
-    if (nameStart >= len) return;
+FieldSpan NextToken(const char* line, int len, int from) {
+    if (from >= len) return FieldSpan{};
     const char* tokEnd;
-    const char* tok = nextToken(line + nameStart, line + len, &tokEnd);
-    spans[1] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
+    const char* tok = nextToken(line + from, line + len, &tokEnd);
+    return tok == tokEnd ? FieldSpan{} : FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
 }
 
 void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {

@@ -73,10 +73,8 @@ struct FieldSpan {
     bool keyColumns = false;
 };
 void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans);
-// Where a token-rule card holds its equation name, for look-ahead: the
-// token from offset `nameStart` as field 1; the other fields are left
-// absent (the arguments' places depend on the keyword and the continuation
-// lines, and a section's cards mostly repeat the variable anyway).
-void LocateTermCard(const char* line, int len, int nameStart, FieldSpan* spans);
+// The first token of `line` (length `len`) at or after offset `from`;
+// absent when only blanks remain.
+FieldSpan NextToken(const char* line, int len, int from);
 
 }  // namespace xmpstok
