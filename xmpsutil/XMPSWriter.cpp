@@ -222,14 +222,15 @@ bool XMPSWriter::GoesToXLINEAR(INonLinearity* term) const {
 
 namespace {
 
-int ObjectiveRow(IZEMDataMgr* zem) {
+// The first objective row, or null.
+const ILPEquation* ObjectiveRow(IZEMDataMgr* zem) {
     ILPEquationList* eqns = nullptr;
     zem->GetEquationCollectionIntf(&eqns);
-    if (eqns == nullptr) return 0;
+    if (eqns == nullptr) return nullptr;
     for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
-        if (e->GetType() == ZEM_EQN_OBJECTIVE) return e->GetIndex();
+        if (e->GetType() == ZEM_EQN_OBJECTIVE) return e;
     }
-    return 0;
+    return nullptr;
 }
 
 bool Writable(INonLinearity* term) {
@@ -291,12 +292,13 @@ void XMPSWriter::WriteXLINEARData() {
     m_zem->GetMatrixIntf(&matrix);
     m_zem->GetNonLinearModelIntf(&nl);
     // The objective first: the first "N" row read becomes the objective.
-    const int objective = ObjectiveRow(m_zem);
+    const ILPEquation* objective = ObjectiveRow(m_zem);
     if (matrix != nullptr) {
-        if (objective > 0) {
-            for (ILPNonZero* nz = matrix->RowFrstNonZeroObject(objective); nz != nullptr;
-                 nz = matrix->RowNextNonZeroObject()) {
-                if (nz->GetCoefficient() != 0.0) WriteCoefficientCard(nz);
+        if (objective != nullptr) {
+            // Its entries in row order, which is their order in the matrix:
+            // one pass over the entries, without deriving the rows.
+            for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz != nullptr; nz = matrix->NextNonZeroObject()) {
+                if (nz->GetEquationPtr() == objective && nz->GetCoefficient() != 0.0) WriteCoefficientCard(nz);
             }
         }
         // Column by column, so that the reader adds each column's entries
@@ -323,7 +325,7 @@ void XMPSWriter::WriteXLINEARData() {
             for (int k = 0; k < n; ++k) {
                 ILPNonZero* entry = batch[k];
                 if (entry->GetCoefficient() == 0.0) continue;
-                if (objective > 0 && entry->GetEquationPtr()->GetIndex() == objective) continue;
+                if (entry->GetEquationPtr() == objective) continue;
                 WriteCoefficientCard(entry);
             }
         }
@@ -333,7 +335,7 @@ void XMPSWriter::WriteXLINEARData() {
         for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
              t = nl->NextNonLinearityObject()) {
             if (!Writable(t) || !GoesToXLINEAR(t)) continue;
-            const bool onObjective = t->GetEquationPtr()->GetIndex() == objective;
+            const bool onObjective = t->GetEquationPtr() == objective;
             if (onObjective == (pass == 0)) WriteProductTerm(t);
         }
     }
@@ -383,12 +385,12 @@ void XMPSWriter::WriteNONLINEARData() {
     INonLinearModel* nl = nullptr;
     m_zem->GetNonLinearModelIntf(&nl);
     if (nl == nullptr) return;
-    const int objective = ObjectiveRow(m_zem);
+    const ILPEquation* objective = ObjectiveRow(m_zem);
     for (int pass = 0; pass < 2; ++pass) {
         for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
              t = nl->NextNonLinearityObject()) {
             if (!Writable(t) || GoesToXLINEAR(t)) continue;
-            const bool onObjective = t->GetEquationPtr()->GetIndex() == objective;
+            const bool onObjective = t->GetEquationPtr() == objective;
             if (onObjective == (pass == 0)) WriteKeywordTerm(t);
         }
     }
