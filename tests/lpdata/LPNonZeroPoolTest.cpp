@@ -70,4 +70,16 @@ TEST(LPNonZeroPool, EntriesOutliveTheMatrixThatMadeThem) {
     // `moved` goes with the keeper's matrix; `copy` with its unique_ptr.
 }
 
+#if defined(__SANITIZE_ADDRESS__)
+// The pool poisons free slots, so AddressSanitizer still reports a destroyed
+// nonzero being touched, as it would for a heap object.
+TEST(LPNonZeroPoolDeathTest, TouchingADestroyedEntryIsReported) {
+    lptest::Model m;
+    ILPNonZero* nz = nullptr;
+    m.matrix.CreateNewNonZeroObject(&nz);
+    nz->Destroy();
+    EXPECT_DEATH(nz->GetCoefficient(), "use-after-poison");
+}
+#endif
+
 }  // namespace
