@@ -99,6 +99,14 @@ ILPNonZero* LPMatrix::AddNonZeroObject(ILPNonZero* nz) {
     return nz;
 }
 
+ILPNonZero* LPMatrix::AddNonZeroObject(ILPNonZero* nz, int row) {
+    const size_t before = m_all.size();
+    ILPNonZero* kept = AddNonZeroObject(nz);
+    if (m_all.size() > before && row >= 1 && row <= RowLimit())
+        m_rows.NoteAppended(before, static_cast<size_t>(row), kept, kept->GetEquationPtr());
+    return kept;
+}
+
 void LPMatrix::FastInsertNonZeroObject(ILPNonZero* nz) {
     if (nz == nullptr) return;
     if (nz->GetEquationPtr() == nullptr || nz->GetVariablePtr() == nullptr)

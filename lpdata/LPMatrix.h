@@ -98,6 +98,10 @@ public:
                         std::istream* is) override;
     void ClearDiffFlags() override;
     void FastInsertNonZeroObject(ILPNonZero* nz) override;
+    // AddNonZeroObject for a caller that knows the index of nz's equation
+    // in the equation list (a reader that found it by name): the rows'
+    // entry counts are kept up to date without reading the equation.
+    ILPNonZero* AddNonZeroObject(ILPNonZero* nz, int row);
 
     // Advances whenever entries are added (or summed into), inserted or
     // removed; copies of the matrix's content compare it to know they are

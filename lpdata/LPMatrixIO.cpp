@@ -102,14 +102,21 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
         const int idx = perColumn[vi] ? vars[vi - 1]->GetIndex() : 0;
         if (idx >= 1 && idx <= ColLimit()) m_cols.Reserve(static_cast<size_t>(idx), perColumn[vi]);
     }
+    // When the equation table is the list in order (a fresh read), a
+    // record's equation number is its row: the rows' entry counts are kept
+    // up to date without visiting the equations.
+    bool rowsKnown = nEqns <= static_cast<size_t>(std::max(RowLimit(), 0));
+    for (size_t k = 0; rowsKnown && k < nEqns; ++k) rowsKnown = eqns[k]->GetIndex() == static_cast<int>(k + 1);
     std::vector<ILPNonZero*> read;
     read.reserve(static_cast<size_t>(n));  // the records are in memory
     for (size_t i = 0; i < static_cast<size_t>(n); ++i) {
         const unsigned char* rec = records.data() + i * kNonZeroRecord;
         ILPNonZero* nz = m_pool->Make();
         if (nz == nullptr) throw std::bad_alloc();
+        const int32_t row = zembin::get32(rec + 4);
+        ILPEquation* eqn = eqns[row - 1];
         nz->SetVariablePtr(vars[zembin::get32(rec + 0) - 1]);
-        nz->SetEquationPtr(eqns[zembin::get32(rec + 4) - 1]);
+        nz->SetEquationPtr(eqn);
         nz->SetCoefficient(zembin::getF64(rec + 8));
         try {
             FastInsertNonZeroObject(nz);
@@ -117,6 +124,7 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
             nz->Destroy();
             throw;
         }
+        if (rowsKnown) m_rows.NoteAppended(m_all.size() - 1, static_cast<size_t>(row), nz, eqn);
         read.push_back(nz);
     }
     if (out != nullptr) *out = lprec::MakeTable(read);

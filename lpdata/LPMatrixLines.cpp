@@ -215,6 +215,17 @@ void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit) {
     }
 }
 
+void LPMatrixRows::NoteAppended(size_t i, size_t r, ILPNonZero* nz, const ILPEquation* eqn) {
+    if (m_built || m_counted != i) return;
+    if (r >= m_owner.size()) {
+        m_owner.resize(r + 1, nullptr);
+        m_count.resize(r + 1, 0);
+    }
+    Claim(r, nz, eqn);
+    ++m_count[r];
+    m_counted = i + 1;
+}
+
 size_t LPMatrixRows::Counted(size_t r) const {
     if (m_built) return Size(r);
     return r < m_count.size() && m_counted != kNotCounted ? m_count[r] : 0;

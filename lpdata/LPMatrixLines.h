@@ -75,6 +75,11 @@ public:
     void Count(const std::deque<ILPNonZero*>& all, int limit);
     // Entries of row r as of the last Settle or Count.
     size_t Counted(size_t r) const;
+    // Counts all[i], just appended, into row r (1-based, within the list),
+    // whose equation is eqn, when the counts are up to date to i; otherwise
+    // the next Count takes it. Lets a caller that knows the row (a reader
+    // that found the equation by name) spare Count a visit to the equation.
+    void NoteAppended(size_t i, size_t r, ILPNonZero* nz, const ILPEquation* eqn);
     // The rows are derived from scratch at the next Settle.
     void Invalidate() {
         m_built = false;
@@ -104,7 +109,7 @@ private:
     std::vector<const ILPEquation*> m_owner;
     static constexpr size_t kNotCounted = static_cast<size_t>(-1);
     std::vector<uint32_t> m_count;        // entries per row while not built
-    size_t m_counted = kNotCounted;       // entries of the list in m_count
+    size_t m_counted = 0;                 // entries of the list in m_count
     size_t m_extraCount = 0;
     size_t m_settled = 0;  // entries of the nonzero list already in the rows
     bool m_built = false;

@@ -13,6 +13,7 @@
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/LPEquationList.h"
+#include "lpdata/LPMatrix.h"
 #include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
@@ -302,12 +303,22 @@ void MPSStdReader::FetchModelParts(const char* message, const char* routine, int
     if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr) {
         ProcessError("MPS Read/Process Error", message, routine, srcLine);
     }
-    NoteListsForLookahead();
+    NoteLibraryParts();
 }
 
-void MPSStdReader::NoteListsForLookahead() {
-    m_varHint = dynamic_cast<const LPVariableList*>(m_varList);
-    m_eqnHint = dynamic_cast<const LPEquationList*>(m_eqnList);
+void MPSStdReader::NoteLibraryParts() {
+    m_varImpl = dynamic_cast<const LPVariableList*>(m_varList);
+    m_eqnImpl = dynamic_cast<const LPEquationList*>(m_eqnList);
+    m_matrixImpl = dynamic_cast<LPMatrix*>(m_matrix);
+}
+
+ILPEquation* MPSStdReader::FindEquation(const char* name, int& index) {
+    index = 0;
+    return m_eqnImpl != nullptr ? m_eqnImpl->EqnNameLookupIndexed(name, index) : FindEquation(name);
+}
+
+ILPNonZero* MPSStdReader::AddEntry(ILPNonZero* nz, int row) {
+    return m_matrixImpl != nullptr ? m_matrixImpl->AddNonZeroObject(nz, row) : m_matrix->AddNonZeroObject(nz);
 }
 
 ILPEquation* MPSStdReader::FindEquation(const char* name) { return m_eqnList->EqnNameLookup(name); }

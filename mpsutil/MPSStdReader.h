@@ -74,6 +74,8 @@ class ILPEquation;
 class ILPEquationList;
 class LPEquationList;
 class LPVariableList;
+class LPMatrix;
+class ILPNonZero;
 class ILPMatrix;
 class ILPStdDataMgr;
 class ILPVariable;
@@ -190,6 +192,11 @@ protected:
 
     // Lookups by name of the model's rows and columns (null when absent).
     ILPEquation* FindEquation(const char* name);
+    // FindEquation that also gives the equation's index when the list tells
+    // it without a visit to the equation (else 0).
+    ILPEquation* FindEquation(const char* name, int& index);
+    // Adds nz, whose equation has index `row` (0: unknown), to the matrix.
+    ILPNonZero* AddEntry(ILPNonZero* nz, int row);
     ILPVariable* FindVariable(const char* name);
     // Creates, names and adds a new variable; null when it cannot be made.
     ILPVariable* NewVariable(const char* name);
@@ -210,8 +217,10 @@ protected:
     // into the model and nothing is checked; a misplaced field costs a
     // wasted request.
     void PrefetchNextCard(int varField, int eqnField1, int eqnField2 = -1);
-    // Takes m_varList and m_eqnList as the lists PrefetchNextCard serves.
-    void NoteListsForLookahead();
+    // Notes the library's own implementations behind m_varList, m_eqnList
+    // and m_matrix (null for others): the look-ahead requests their name
+    // slots, and entries are added with their rows known from the lookup.
+    void NoteLibraryParts();
     // Field `field` of the raw data card `line` (len bytes, no newline, not
     // NUL-terminated) as this reader lays fields out, the blanks around it
     // dropped; false when the card has no such field.
@@ -253,10 +262,11 @@ protected:
     ILPVariableList* m_varList = nullptr;
     ILPEquationList* m_eqnList = nullptr;
     ILPMatrix* m_matrix = nullptr;
-    // The library's own lists behind m_varList / m_eqnList (null for other
-    // implementations), for the look-ahead.
-    const LPVariableList* m_varHint = nullptr;
-    const LPEquationList* m_eqnHint = nullptr;
+    // The library's own parts behind m_varList, m_eqnList and m_matrix
+    // (null for other implementations); see NoteLibraryParts.
+    const LPVariableList* m_varImpl = nullptr;
+    const LPEquationList* m_eqnImpl = nullptr;
+    LPMatrix* m_matrixImpl = nullptr;
 
 private:
     // Everything after the input is open: NAME, ROWS, COLUMNS, the section

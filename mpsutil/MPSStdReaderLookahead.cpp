@@ -28,9 +28,9 @@ void MPSStdReader::PrefetchNextCard(int varField, int eqnField1, int eqnField2) 
     if (!m_lines.Peek(line, len) || len == 0) return;
     const char* text = nullptr;
     size_t n = 0;
-    if (m_varHint != nullptr && varField >= 0 && PeekField(line, len, varField, text, n))
-        m_varHint->PrefetchName(text, n);
-    if (m_eqnHint == nullptr) return;
+    if (m_varImpl != nullptr && varField >= 0 && PeekField(line, len, varField, text, n))
+        m_varImpl->PrefetchName(text, n);
+    if (m_eqnImpl == nullptr) return;
     for (const int f : {eqnField1, eqnField2})
-        if (f >= 0 && PeekField(line, len, f, text, n)) m_eqnHint->PrefetchName(text, n);
+        if (f >= 0 && PeekField(line, len, f, text, n)) m_eqnImpl->PrefetchName(text, n);
 }

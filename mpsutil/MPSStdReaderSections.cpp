@@ -137,7 +137,8 @@ void MPSStdReader::COLUMNSData() {
 
 void MPSStdReader::AddColumnEntry(int rowField, int valueField, ILPVariable* var) {
     static const char* const kRoutine = "MPSStdReader::COLUMNSData";
-    ILPEquation* row = FindEquation(Field(rowField));
+    int index = 0;
+    ILPEquation* row = FindEquation(Field(rowField), index);
     if (row == nullptr) MPS_CARD_ERROR("MPS COLUMNS Section Error - Invalid Row Name", kRoutine);
     ILPNonZero* nz = nullptr;
     m_matrix->CreateNewNonZeroObject(&nz);
@@ -145,7 +146,7 @@ void MPSStdReader::AddColumnEntry(int rowField, int valueField, ILPVariable* var
     nz->SetEquationPtr(row);
     nz->SetVariablePtr(var);
     nz->SetCoefficient(FieldNumber(valueField));
-    m_matrix->AddNonZeroObject(nz);
+    AddEntry(nz, index);
 }
 
 void MPSStdReader::RHSData() {

@@ -193,7 +193,7 @@ void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonL
     if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr || *nl == nullptr) {
         ProcessFault(kProcessError, failText, routine, __LINE__);
     }
-    NoteListsForLookahead();
+    NoteLibraryParts();
 }
 
 ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, const char* failText,
@@ -354,21 +354,20 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     }
 
     ILPEquation* eqn = m_lastEquation;
+    int eqnIndex = m_lastEquationIndex;  // 0 when not known without a visit
     if (eqn == nullptr || std::strcmp(m_lastEquationName, eqName) != 0) {
-        int index = 0;
-        eqn = m_eqnHint != nullptr ? m_eqnHint->EqnNameLookupIndexed(eqName, index)
-                                   : FindEquation(eqName);
+        eqn = FindEquation(eqName, eqnIndex);
         if (eqn == nullptr) {
             m_eqnList->CreateNewEquationObject(&eqn);
             if (eqn == nullptr) ProcessFault(kProcessError, texts.createEquation, texts.routine, __LINE__);
             eqn->SetName(eqName);
             m_eqnList->AddEquationObject(eqn);
-            if (m_eqnHint != nullptr) index = eqn->GetIndex();
+            if (m_eqnImpl != nullptr) eqnIndex = eqn->GetIndex();
         }
         m_lastEquation = RememberName(m_lastEquationName, eqName) ? eqn : nullptr;
-        m_lastEquationIndex = index;
+        m_lastEquationIndex = eqnIndex;
     }
-    if (hasKey) NotePendingType(eqn, m_lastEquation != nullptr ? m_lastEquationIndex : 0, type);
+    if (hasKey) NotePendingType(eqn, eqnIndex, type);
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {
@@ -379,7 +378,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
         nz->SetEquationPtr(eqn);
         nz->SetVariablePtr(var);
         nz->SetCoefficient(coefficient);
-        m_matrix->AddNonZeroObject(nz);
+        AddEntry(nz, eqnIndex);
         return;
     }
 
