@@ -1,5 +1,6 @@
 // Displays and binary records of the matrix.
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <string>
 
@@ -107,8 +108,8 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
     // up to date without visiting the equations.
     bool rowsKnown = nEqns <= static_cast<size_t>(std::max(RowLimit(), 0));
     for (size_t k = 0; rowsKnown && k < nEqns; ++k) rowsKnown = eqns[k]->GetIndex() == static_cast<int>(k + 1);
-    std::vector<ILPNonZero*> read;
-    read.reserve(static_cast<size_t>(n));  // the records are in memory
+    // The table of the entries read, handed out through `out`.
+    std::unique_ptr<ILPNonZero*[]> table(out != nullptr ? new ILPNonZero*[static_cast<size_t>(n) + 1] : nullptr);
     for (size_t i = 0; i < static_cast<size_t>(n); ++i) {
         const unsigned char* rec = records.data() + i * kNonZeroRecord;
         ILPNonZero* nz = m_pool->Make();
@@ -125,9 +126,12 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
             throw;
         }
         if (rowsKnown) m_rows.NoteAppended(m_all.size() - 1, static_cast<size_t>(row), nz, eqn);
-        read.push_back(nz);
+        if (table) table[i] = nz;
     }
-    if (out != nullptr) *out = lprec::MakeTable(read);
+    if (table) {
+        table[n] = nullptr;
+        *out = table.release();
+    }
 }
 
 void LPMatrix::StreamRead(int n, ILPNonZero*** out, ILPVariable** vars, ILPEquation** eqns,
