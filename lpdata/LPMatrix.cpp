@@ -103,7 +103,7 @@ ILPNonZero* LPMatrix::AddNonZeroObject(ILPNonZero* nz, int row) {
     const size_t before = m_all.size();
     ILPNonZero* kept = AddNonZeroObject(nz);
     if (m_all.size() > before && row >= 1 && row <= RowLimit())
-        m_rows.NoteAppended(before, static_cast<size_t>(row), kept, kept->GetEquationPtr());
+        m_rows.NoteAppended(before, static_cast<size_t>(row));
     return kept;
 }
 
@@ -303,7 +303,7 @@ void LPMatrix::BuildFastCollections() {
     // Checks every entry's row and counts the rows; the row layout itself
     // is derived when a row is first walked.
     Sync();
-    m_rows.Count(m_all, RowLimit());
+    m_rows.Count(m_all, RowLimit(), m_eqns);
     m_cols.TrimTail();
 }
 
@@ -421,7 +421,7 @@ ILPNonZero* LPMatrix::ColNextNonZeroObject() {
 
 int LPMatrix::NonZerosInRow(int row) {
     Sync();
-    m_rows.Count(m_all, RowLimit());
+    m_rows.Count(m_all, RowLimit(), m_eqns);
     return row < 0 ? 0 : static_cast<int>(m_rows.Counted(static_cast<size_t>(row)));
 }
 

@@ -125,7 +125,7 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
             nz->Destroy();
             throw;
         }
-        if (rowsKnown) m_rows.NoteAppended(m_all.size() - 1, static_cast<size_t>(row), nz, eqn);
+        if (rowsKnown) m_rows.NoteAppended(m_all.size() - 1, static_cast<size_t>(row));
         if (table) table[i] = nz;
     }
     if (table) {

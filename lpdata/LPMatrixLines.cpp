@@ -4,6 +4,7 @@
 #include <string>
 
 #include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPNonZero.h"
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ZEMException.h"
@@ -181,22 +182,24 @@ size_t LPMatrixRows::KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) co
     return static_cast<size_t>(r);
 }
 
-void LPMatrixRows::Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner) {
-    if (m_owner[r] == nullptr)
-        m_owner[r] = owner;
-    else if (m_owner[r] != owner)
+void LPMatrixRows::Claim(const ILPEquation*& slot, ILPNonZero* nz, const ILPEquation* owner) {
+    if (slot == nullptr)
+        slot = owner;
+    else if (slot != owner)
         ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
 }
 
-void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit) {
-    if (m_built) {
+void LPMatrixRows::CountRoom(size_t r) {
+    if (r >= m_count.size()) m_count.resize(std::max(r + 1, m_count.size() + m_count.size() / 2), 0);
+}
+
+void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit, ILPEquationList* list) {
+    if (m_built || list == nullptr) {
         Settle(all, limit);
         return;
     }
     if (m_counted == kNotCounted || m_counted > all.size()) {
-        const size_t slots = limit >= 0 ? static_cast<size_t>(limit) + 1 : 0;
-        m_owner.assign(slots, nullptr);
-        m_count.assign(slots, 0);
+        m_count.assign(limit >= 0 ? static_cast<size_t>(limit) + 1 : 0, 0);
         m_counted = 0;
     }
     constexpr size_t kAhead = 32;  // see Rebuild
@@ -205,23 +208,19 @@ void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit) {
         if (i + kAhead < n) __builtin_prefetch(all[i + kAhead]->GetEquationPtr());
         const ILPEquation* eqn = all[i]->GetEquationPtr();
         const size_t r = KeyOf(all[i], eqn, limit);
-        if (r >= m_owner.size()) {
-            m_owner.resize(r + 1, nullptr);
-            m_count.resize(r + 1, 0);
-        }
-        Claim(r, all[i], eqn);
+        ILPEquation* held = nullptr;
+        list->RetrieveEquationObject(static_cast<int>(r), &held);
+        if (held != eqn)
+            ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(all[i]), "LPMatrix::BuildFastCollections");
+        CountRoom(r);
         ++m_count[r];
         m_counted = i + 1;
     }
 }
 
-void LPMatrixRows::NoteAppended(size_t i, size_t r, ILPNonZero* nz, const ILPEquation* eqn) {
+void LPMatrixRows::NoteAppended(size_t i, size_t r) {
     if (m_built || m_counted != i) return;
-    if (r >= m_owner.size()) {
-        m_owner.resize(r + 1, nullptr);
-        m_count.resize(r + 1, 0);
-    }
-    Claim(r, nz, eqn);
+    CountRoom(r);
     ++m_count[r];
     m_counted = i + 1;
 }
@@ -248,7 +247,7 @@ void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
         const ILPEquation* eqn = all[i]->GetEquationPtr();
         const size_t r = KeyOf(all[i], eqn, limit);
         if (r >= m_owner.size()) m_owner.resize(r + 1, nullptr);
-        Claim(r, all[i], eqn);
+        Claim(m_owner[r], all[i], eqn);
         keys[i] = static_cast<uint32_t>(r);
     }
     const size_t slots = m_owner.size();
@@ -287,7 +286,7 @@ void LPMatrixRows::Settle(const std::deque<ILPNonZero*>& all, int limit) {
             m_extra.resize(r + 1);
             m_owner.resize(r + 1, nullptr);
         }
-        Claim(r, nz, eqn);
+        Claim(m_owner[r], nz, eqn);
         m_extra[r].push_back(nz);
         ++m_extraCount;
         m_settled = i + 1;

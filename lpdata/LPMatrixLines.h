@@ -25,6 +25,7 @@
 #include <vector>
 
 class ILPEquation;
+class ILPEquationList;
 class ILPNonZero;
 class ILPVariable;
 
@@ -70,16 +71,18 @@ public:
     // Brings the rows up to date with all[0..all.size()). `limit` bounds the
     // row index (-1: no bound).
     void Settle(const std::deque<ILPNonZero*>& all, int limit);
-    // Brings the per-row entry counts up to date with all (checking every
-    // entry's row as Settle does) without deriving the rows.
-    void Count(const std::deque<ILPNonZero*>& all, int limit);
+    // Brings the per-row entry counts up to date with all without deriving
+    // the rows, checking that every entry's equation is the one the list
+    // holds at its row (without a list the rows are derived instead).
+    void Count(const std::deque<ILPNonZero*>& all, int limit, ILPEquationList* list);
     // Entries of row r as of the last Settle or Count.
     size_t Counted(size_t r) const;
-    // Counts all[i], just appended, into row r (1-based, within the list),
-    // whose equation is eqn, when the counts are up to date to i; otherwise
-    // the next Count takes it. Lets a caller that knows the row (a reader
-    // that found the equation by name) spare Count a visit to the equation.
-    void NoteAppended(size_t i, size_t r, ILPNonZero* nz, const ILPEquation* eqn);
+    // Counts all[i], just appended, into row r when the counts are up to
+    // date to i; otherwise the next Count takes it. The caller vouches that
+    // the entry's equation is the list's equation at index r (a reader that
+    // found it by name): Count's visit to the equation and its check are
+    // spared.
+    void NoteAppended(size_t i, size_t r);
     // The rows are derived from scratch at the next Settle.
     void Invalidate() {
         m_built = false;
@@ -100,16 +103,18 @@ private:
     void Rebuild(const std::deque<ILPNonZero*>& all, int limit);
     // Row index of nz, whose equation is eqn (checked against limit).
     size_t KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const;
-    // Row r belongs to owner; another equation there is a structure error.
-    void Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner);
+    // The row held in `slot` belongs to owner; another equation there is a
+    // structure error.
+    void Claim(const ILPEquation*& slot, ILPNonZero* nz, const ILPEquation* owner);
+    void CountRoom(size_t r);
 
     std::vector<size_t> m_start;  // row r holds m_data[m_start[r] .. m_start[r+1])
     std::vector<ILPNonZero*> m_data;
     std::vector<std::vector<ILPNonZero*>> m_extra;  // filed after the last derivation
     std::vector<const ILPEquation*> m_owner;
     static constexpr size_t kNotCounted = static_cast<size_t>(-1);
-    std::vector<uint32_t> m_count;        // entries per row while not built
-    size_t m_counted = 0;                 // entries of the list in m_count
+    std::vector<uint32_t> m_count;  // entries per row while not laid out
+    size_t m_counted = 0;           // entries of the list in m_count
     size_t m_extraCount = 0;
     size_t m_settled = 0;  // entries of the nonzero list already in the rows
     bool m_built = false;
