@@ -206,8 +206,11 @@ std::vector<ILPNonZero*> LPMatrix::ColEntries(ILPVariable* var) {
 }
 
 std::vector<ILPNonZero*> LPMatrix::RowEntries(ILPEquation* eqn) {
-    SettleRows();
     const int r = eqn->GetIndex();
+    // An empty row needs no laid-out rows to say so (dropping the empty
+    // rows after a read would otherwise lay them out).
+    if (r >= 0 && NonZerosInRow(r) == 0) return {};
+    SettleRows();
     std::vector<ILPNonZero*> out;
     if (r < 0 || m_rows.Owner(static_cast<size_t>(r)) != eqn) return out;
     const size_t n = m_rows.Size(static_cast<size_t>(r));
