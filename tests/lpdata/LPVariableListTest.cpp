@@ -171,7 +171,14 @@ TEST(LPVariableList, RandomEditsKeepTheNameIndexRight) {
     std::mt19937 rng(99);
     LPVariableList list;
     std::vector<std::pair<ILPVariable*, std::string>> ref;
-    auto name = [&] { return "N" + std::to_string(rng() % 150); };
+    // 150 names over a few shared stems, 6 to 20 characters long, so that
+    // many agree in their first eight bytes or differ only in length.
+    auto nameOf = [](unsigned id) {
+        std::string n = "ROW_STEM" + std::to_string(id % 40);
+        n.resize(6 + id % 15, 'z');
+        return n;
+    };
+    auto name = [&] { return nameOf(static_cast<unsigned>(rng() % 150)); };
     for (int step = 0; step < 4000; ++step) {
         const unsigned op = rng() % 10;
         if (op < 5 || ref.empty()) {
@@ -205,7 +212,7 @@ TEST(LPVariableList, RandomEditsKeepTheNameIndexRight) {
         ASSERT_EQ(list.NumberOfVariables(), static_cast<int>(ref.size()));
         for (size_t i = 0; i < ref.size(); ++i) ASSERT_EQ(ref[i].first->GetIndex(), static_cast<int>(i + 1));
         for (int k = 0; k < 150; ++k) {
-            const std::string n = "N" + std::to_string(k);
+            const std::string n = nameOf(static_cast<unsigned>(k));
             ILPVariable* first = nullptr;
             for (const auto& e : ref)
                 if (e.second == n) {
