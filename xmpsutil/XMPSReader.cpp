@@ -291,6 +291,11 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
         else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::isBlank(line[at - 1]) &&
                  !xmpstok::isBlank(line[at]))
             span = xmpstok::NextToken(line, cut, at);
+        // The variable in hand (the common case: a column's cards together)
+        // needs no request.
+        if (field == kMPSFieldName2 && m_lastVariable != nullptr && span.n > 0 &&
+            std::strncmp(m_lastVariableName, span.text, span.n) == 0 && m_lastVariableName[span.n] == '\0')
+            return false;
     } else {
         if (line != m_peekLine || cut != m_peekLength) {
             // A card's fields are asked for one at a time: locate them once.
