@@ -182,10 +182,10 @@ size_t LPMatrixRows::KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) co
     return static_cast<size_t>(r);
 }
 
-void LPMatrixRows::Claim(const ILPEquation*& slot, ILPNonZero* nz, const ILPEquation* owner) {
-    if (slot == nullptr)
-        slot = owner;
-    else if (slot != owner)
+void LPMatrixRows::Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner) {
+    if (m_owner[r] == nullptr)
+        m_owner[r] = owner;
+    else if (m_owner[r] != owner)
         ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
 }
 
@@ -247,7 +247,7 @@ void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
         const ILPEquation* eqn = all[i]->GetEquationPtr();
         const size_t r = KeyOf(all[i], eqn, limit);
         if (r >= m_owner.size()) m_owner.resize(r + 1, nullptr);
-        Claim(m_owner[r], all[i], eqn);
+        Claim(r, all[i], eqn);
         keys[i] = static_cast<uint32_t>(r);
     }
     const size_t slots = m_owner.size();
@@ -286,7 +286,7 @@ void LPMatrixRows::Settle(const std::deque<ILPNonZero*>& all, int limit) {
             m_extra.resize(r + 1);
             m_owner.resize(r + 1, nullptr);
         }
-        Claim(m_owner[r], nz, eqn);
+        Claim(r, nz, eqn);
         m_extra[r].push_back(nz);
         ++m_extraCount;
         m_settled = i + 1;

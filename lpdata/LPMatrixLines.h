@@ -7,11 +7,11 @@
 //
 // Rows are derived from the matrix's insertion-ordered nonzero list when a
 // row is first walked: one pass counts the entries of each row and one
-// places them (compressed row storage). Asking only how many entries rows
-// have (as finishing a read does) runs the counting pass alone, kept up to
-// date as entries are appended, and leaves the placing to the first walk. Entries added after that are filed
+// places them (compressed row storage). Entries added after that are filed
 // into small per-row overflow lines until they are many, when the rows are
-// derived again. Within a row the entries are always in insertion order, so
+// derived again. Asking only how many entries rows have (as finishing a read
+// does) runs the counting alone, kept up to date as entries are appended,
+// and leaves the placing to the first walk. Within a row the entries are always in insertion order, so
 // "the p-th entry of row r" does not depend on the layout and row cursors
 // survive a re-derivation.
 #pragma once
@@ -103,9 +103,8 @@ private:
     void Rebuild(const std::deque<ILPNonZero*>& all, int limit);
     // Row index of nz, whose equation is eqn (checked against limit).
     size_t KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const;
-    // The row held in `slot` belongs to owner; another equation there is a
-    // structure error.
-    void Claim(const ILPEquation*& slot, ILPNonZero* nz, const ILPEquation* owner);
+    // Row r belongs to owner; another equation there is a structure error.
+    void Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner);
     void CountRoom(size_t r);
 
     std::vector<size_t> m_start;  // row r holds m_data[m_start[r] .. m_start[r+1])

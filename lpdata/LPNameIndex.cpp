@@ -67,11 +67,6 @@ const LPNameIndex::Slot* LPNameIndex::Lookup(const char* name, const std::vector
     }
 }
 
-size_t LPNameIndex::Find(const char* name, const std::vector<Key>& keys) const {
-    const Slot* slot = Lookup(name, keys);
-    return slot == nullptr ? npos : slot->position1 - 1;
-}
-
 void* LPNameIndex::FindItem(const char* name, const std::vector<Key>& keys, size_t* pos) const {
     const Slot* slot = Lookup(name, keys);
     if (slot == nullptr) return nullptr;

@@ -42,11 +42,9 @@ public:
     void InsertRange(size_t from, const std::vector<Key>& keys);
     // Throws unless `positions` positions can be indexed.
     static void CheckRoom(size_t positions);
-    // Position of the first entity added under `name`, or npos.
-    size_t Find(const char* name, const std::vector<Key>& keys) const;
-    // The item of that position, or null, and the position in *pos when pos
-    // is given. The slot holds both, so a short name is resolved without
-    // touching any other memory.
+    // The item of the first entity added under `name`, or null, and its
+    // position in *pos when pos is given. The slot holds both, so a short
+    // name is resolved without touching any other memory.
     void* FindItem(const char* name, const std::vector<Key>& keys, size_t* pos = nullptr) const;
     // Asks for the memory a lookup of the name (s, n) will read first.
     void Prefetch(const char* s, size_t n) const {
