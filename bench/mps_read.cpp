@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchDataDir.h"
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ZEMException.h"
 #include "mpsutil/MPSStdReader.h"
@@ -187,27 +188,14 @@ int PeakMemory(const std::string& which, const std::string& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    g_dataDir = (std::filesystem::path(argv[0]).parent_path() / "mps_data").string();
-    std::vector<char*> rest = {argv[0]};
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--peak-memory") == 0 && i + 2 < argc) {
-            try {
-                return PeakMemory(argv[i + 1], argv[i + 2]);
-            } catch (ZEM_Exception& e) {
-                e.Display(std::cerr);
-                return 1;
-            }
+    for (int i = 1; i + 2 < argc; ++i) {
+        if (std::strcmp(argv[i], "--peak-memory") != 0) continue;
+        try {
+            return PeakMemory(argv[i + 1], argv[i + 2]);
+        } catch (ZEM_Exception& e) {
+            e.Display(std::cerr);
+            return 1;
         }
-        if (std::strcmp(argv[i], "--data-dir") == 0 && i + 1 < argc) {
-            g_dataDir = argv[++i];
-            continue;
-        }
-        rest.push_back(argv[i]);
     }
-    int restCount = static_cast<int>(rest.size());
-    RegisterAll();
-    benchmark::Initialize(&restCount, rest.data());
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunWithDataDir(argc, argv, g_dataDir, RegisterAll);
 }

@@ -15,11 +15,10 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
-#include <cstring>
 #include <filesystem>
 #include <string>
-#include <vector>
 
+#include "BenchDataDir.h"
 #include "lpdata/ZEMException.h"
 #include "mpsutil/MPSStdReader.h"
 #include "xmpsutil/XMPSReader.h"
@@ -179,20 +178,4 @@ void RegisterAll() {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    g_dataDir = (std::filesystem::path(argv[0]).parent_path() / "mps_data").string();
-    std::vector<char*> rest = {argv[0]};
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--data-dir") == 0 && i + 1 < argc) {
-            g_dataDir = argv[++i];
-            continue;
-        }
-        rest.push_back(argv[i]);
-    }
-    int restCount = static_cast<int>(rest.size());
-    RegisterAll();
-    benchmark::Initialize(&restCount, rest.data());
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return RunWithDataDir(argc, argv, g_dataDir, RegisterAll); }
