@@ -175,14 +175,7 @@ int runDump(const ParsedArgs& args, std::ostream& out) {
     ILPStdDataMgr* data = model.Data();
     std::string title;
     data->GetModelTitle(title);
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    ILPSpOrdSetList* sets = nullptr;
-    data->GetVariableCollectionIntf(&vars);
-    data->GetEquationCollectionIntf(&eqns);
-    data->GetMatrixIntf(&matrix);
-    data->GetSpOrdSetCollectionIntf(&sets);
+    const auto [vars, eqns, matrix, sets] = LinearPartsOf(data);
 
     JsonWriter json(out);
     json.BeginObject();

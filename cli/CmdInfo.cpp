@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "cli/CliModel.h"
 #include "cli/Commands.h"
@@ -33,14 +35,7 @@ struct ModelSummary {
 ModelSummary summarize(ILPStdDataMgr* data) {
     ModelSummary s;
     data->GetModelTitle(s.title);
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    ILPSpOrdSetList* sets = nullptr;
-    data->GetVariableCollectionIntf(&vars);
-    data->GetEquationCollectionIntf(&eqns);
-    data->GetMatrixIntf(&matrix);
-    data->GetSpOrdSetCollectionIntf(&sets);
+    const auto [vars, eqns, matrix, sets] = LinearPartsOf(data);
     if (vars != nullptr) {
         for (ILPVariable* v = vars->FrstVariableObject(); v != nullptr; v = vars->NextVariableObject()) {
             ++s.variables;
@@ -58,25 +53,28 @@ ModelSummary summarize(ILPStdDataMgr* data) {
     return s;
 }
 
-// Counts keyed by word; codes that share a word ("Unknown") are added up.
+// Each word once, with its summed count, in the order of its first code.
 template <typename WordOf>
-std::map<std::string, int> byWord(const std::map<int16_t, int>& counts, WordOf word) {
-    std::map<std::string, int> out;
-    for (const auto& [code, n] : counts) out[word(code)] += n;
+std::vector<std::pair<std::string, int>> wordCounts(const std::map<int16_t, int>& counts, WordOf word) {
+    // Codes that share a word ("Unknown") are added up.
+    std::map<std::string, int> sums;
+    for (const auto& [code, n] : counts) sums[word(code)] += n;
+    std::vector<std::pair<std::string, int>> out;
+    for (const auto& entry : counts) {
+        const std::string w = word(entry.first);
+        auto it = sums.find(w);
+        if (it == sums.end()) continue;  // listed already
+        out.emplace_back(w, it->second);
+        sums.erase(it);
+    }
     return out;
 }
 
 template <typename WordOf>
 void printCounts(std::ostream& out, const std::map<int16_t, int>& counts, WordOf word) {
-    std::map<std::string, bool> done;
-    const auto words = byWord(counts, word);
-    for (const auto& [code, n] : counts) {
-        (void)n;
-        const std::string w = word(code);
-        if (done[w]) continue;
-        done[w] = true;
+    for (const auto& [w, n] : wordCounts(counts, word)) {
         char line[96];
-        std::snprintf(line, sizeof line, "  %-18s %10d\n", w.c_str(), words.at(w));
+        std::snprintf(line, sizeof line, "  %-18s %10d\n", w.c_str(), n);
         out << line;
     }
 }
@@ -84,15 +82,9 @@ void printCounts(std::ostream& out, const std::map<int16_t, int>& counts, WordOf
 template <typename WordOf>
 void jsonCounts(JsonWriter& json, const std::map<int16_t, int>& counts, WordOf word) {
     json.BeginObject();
-    std::map<std::string, bool> done;
-    const auto words = byWord(counts, word);
-    for (const auto& [code, n] : counts) {
-        (void)n;
-        const std::string w = word(code);
-        if (done[w]) continue;
-        done[w] = true;
+    for (const auto& [w, n] : wordCounts(counts, word)) {
         json.Key(w);
-        json.Integer(words.at(w));
+        json.Integer(n);
     }
     json.EndObject();
 }

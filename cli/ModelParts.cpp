@@ -2,10 +2,20 @@
 
 #include <unordered_set>
 
+#include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ILPVariableCollection.h"
 #include "nlpdata/INonLinearModel.h"
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/IZEMOptionTable.h"
+
+LinearParts LinearPartsOf(ILPStdDataMgr* data) {
+    LinearParts parts;
+    data->GetVariableCollectionIntf(&parts.vars);
+    data->GetEquationCollectionIntf(&parts.eqns);
+    data->GetMatrixIntf(&parts.matrix);
+    data->GetSpOrdSetCollectionIntf(&parts.sets);
+    return parts;
+}
 
 NonlinearCounts CountNonlinear(IZEMMgr* zem) {
     NonlinearCounts counts;

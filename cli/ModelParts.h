@@ -1,7 +1,8 @@
-// The parts of a model that only a model manager holds, gathered for the
-// commands that report them: the nonlinear terms, the named variable
-// collections and the option table. Every function accepts a null manager
-// (a model read as a standard data manager) and then reports nothing.
+// The parts of a model, gathered for the commands that report them: the
+// linear parts every model has, and those that only a model manager holds
+// (the nonlinear terms, the named variable collections and the option
+// table). The manager functions accept a null manager (a model read as a
+// standard data manager) and then report nothing.
 #pragma once
 
 #include <functional>
@@ -9,10 +10,25 @@
 #include <string>
 #include <vector>
 
+class ILPEquationList;
+class ILPMatrix;
+class ILPSpOrdSetList;
+class ILPStdDataMgr;
+class ILPVariableList;
 class INonLinearity;
 class ILPVariableCollection;
 class IZEMMgr;
 class IZEMOptionTable;
+
+// The linear parts of a model; a part the model does not give is null.
+struct LinearParts {
+    ILPVariableList* vars = nullptr;
+    ILPEquationList* eqns = nullptr;
+    ILPMatrix* matrix = nullptr;
+    ILPSpOrdSetList* sets = nullptr;
+};
+
+LinearParts LinearPartsOf(ILPStdDataMgr* data);
 
 struct NonlinearCounts {
     int terms = 0;
