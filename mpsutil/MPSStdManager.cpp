@@ -21,6 +21,23 @@ struct DestroyWriter {
     throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, line);
 }
 
+using ReaderPtr = std::unique_ptr<MPSStdReader, DestroyReader>;
+using WriterPtr = std::unique_ptr<MPSStdWriter, DestroyWriter>;
+
+ReaderPtr MakeReader(ILPStdDataMgr* model, const char* routine) {
+    MPSStdReader* raw = nullptr;
+    CreateMPSStdReaderObject(&raw, model);
+    if (raw == nullptr) Refuse("MPS Read Error", "Could not allocate the MPS reader object", routine, __LINE__);
+    return ReaderPtr(raw);
+}
+
+WriterPtr MakeWriter(ILPStdDataMgr* model, const char* routine) {
+    MPSStdWriter* raw = nullptr;
+    CreateMPSStdWriterObject(&raw, model);
+    if (raw == nullptr) Refuse("MPS Write Error", "Could not allocate the MPS writer object", routine, __LINE__);
+    return WriterPtr(raw);
+}
+
 template <typename Operation>
 void RunWrapped(Operation op, const char* failed, const char* unknown, const char* routine) {
     RunAsManagerOperation(op, failed, unknown, routine, zemsrc::kMpsUtil);
@@ -41,10 +58,7 @@ void MPSStdManager::SetLPDataMgr(ILPStdDataMgr* model) { m_model = model; }
 void MPSStdManager::ReadMPSFile() {
     static const char* const kRoutine = "MPSStdManager::ReadMPSFile";
     if (m_fileSpec.empty()) Refuse("MPS Read Error", "No MPS file specification provided", kRoutine, __LINE__);
-    MPSStdReader* raw = nullptr;
-    CreateMPSStdReaderObject(&raw, m_model);
-    if (raw == nullptr) Refuse("MPS Read Error", "Could not allocate the MPS reader object", kRoutine, __LINE__);
-    std::unique_ptr<MPSStdReader, DestroyReader> reader(raw);
+    ReaderPtr reader = MakeReader(m_model, kRoutine);
     RunWrapped(
         [&] {
             reader->ReadMPSFile(m_fileSpec.c_str());
@@ -56,10 +70,7 @@ void MPSStdManager::ReadMPSFile() {
 void MPSStdManager::ReadMPSStream(std::stringstream* ss) {
     static const char* const kRoutine = "MPSStdManager::ReadMPSStream";
     if (ss == nullptr) Refuse("MPS Read Error", "No stream provided", kRoutine, __LINE__);
-    MPSStdReader* raw = nullptr;
-    CreateMPSStdReaderObject(&raw, m_model);
-    if (raw == nullptr) Refuse("MPS Read Error", "Could not allocate the MPS reader object", kRoutine, __LINE__);
-    std::unique_ptr<MPSStdReader, DestroyReader> reader(raw);
+    ReaderPtr reader = MakeReader(m_model, kRoutine);
     RunWrapped(
         [&] {
             reader->ReadMPSFromStream(*ss);
@@ -71,10 +82,7 @@ void MPSStdManager::ReadMPSStream(std::stringstream* ss) {
 void MPSStdManager::WriteMPSFile() {
     static const char* const kRoutine = "MPSStdManager::WriteMPSFile";
     if (m_fileSpec.empty()) Refuse("MPS Write Error", "No MPS file specification provided", kRoutine, __LINE__);
-    MPSStdWriter* raw = nullptr;
-    CreateMPSStdWriterObject(&raw, m_model);
-    if (raw == nullptr) Refuse("MPS Write Error", "Could not allocate the MPS writer object", kRoutine, __LINE__);
-    std::unique_ptr<MPSStdWriter, DestroyWriter> writer(raw);
+    WriterPtr writer = MakeWriter(m_model, kRoutine);
     RunWrapped([&] { writer->WriteMPSFile(m_fileSpec.c_str()); }, "Write of MPS Failed",
                "Write of MPS Unknown Exception", kRoutine);
 }
@@ -82,10 +90,7 @@ void MPSStdManager::WriteMPSFile() {
 void MPSStdManager::WriteMPSStream(std::stringstream* ss) {
     static const char* const kRoutine = "MPSStdManager::WriteMPSStream";
     if (ss == nullptr) Refuse("MPS Write Error", "No stream provided", kRoutine, __LINE__);
-    MPSStdWriter* raw = nullptr;
-    CreateMPSStdWriterObject(&raw, m_model);
-    if (raw == nullptr) Refuse("MPS Write Error", "Could not allocate the MPS writer object", kRoutine, __LINE__);
-    std::unique_ptr<MPSStdWriter, DestroyWriter> writer(raw);
+    WriterPtr writer = MakeWriter(m_model, kRoutine);
     RunWrapped([&] { writer->WriteMPSToStream(*ss); }, "Write of MPS Stream Failed",
                "Write of MPS Stream Unknown Exception", kRoutine);
 }

@@ -202,6 +202,7 @@ private:
     void ReadXMPSInput(std::istream* in);
     void ReadSectionLoop();
     void ApplyTermCard(const TermTexts& texts, INonLinearModel* nlModel);
+    void ApplyTermCards(const TermTexts& texts, INonLinearModel* nlModel, bool byColumns);
     ILPVariable* FindOrCreateVariable(const char* name, const char* failText, const char* routine);
     void AppendArgument(const char* text);
     void AppendArgument(const char* text, size_t n);

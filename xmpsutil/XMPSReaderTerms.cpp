@@ -242,16 +242,7 @@ void XMPSReader::NONLINEARData() {
         "XLINEARData Unable to create new Variable data object",
         kXLinearRoutine,
     };
-    try {
-        do {
-            PrefetchNextCard(kMPSFieldName2, kMPSFieldName1);
-            ApplyTermCard(texts, nl);
-        } while (ReadMPSCard() == kXMPSCardToken);
-    } catch (...) {
-        ApplyPendingTypes();
-        throw;
-    }
-    ApplyPendingTypes();
+    ApplyTermCards(texts, nl, false);
 }
 
 void XMPSReader::XLINEARData() {
@@ -281,11 +272,20 @@ void XMPSReader::XLINEARData() {
         "XLINEARData Unable to create new Variable data object",
         kXLinearRoutine,
     };
+    ApplyTermCards(texts, nl, true);
+}
+
+// Applies the section's cards from the current one on; the row types the
+// keys gave are set when the section ends, also when a card fails.
+void XMPSReader::ApplyTermCards(const TermTexts& texts, INonLinearModel* nl, bool byColumns) {
     try {
         do {
-            // The section's cards were split by the token rule; this handler
-            // reads them by columns.
-            ParseXLINEARDataCard();
+            // By columns: the card was split by the token rule and is read
+            // again by the fixed columns.
+            if (byColumns)
+                ParseXLINEARDataCard();
+            else
+                PrefetchNextCard(kMPSFieldName2, kMPSFieldName1);
             ApplyTermCard(texts, nl);
         } while (ReadMPSCard() == kXMPSCardToken);
     } catch (...) {
