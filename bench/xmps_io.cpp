@@ -105,14 +105,18 @@ void XmpsWrite(benchmark::State& state, const char* part) {
                             static_cast<int64_t>(std::filesystem::file_size(XmpsFile(part))));
 }
 
+// Writes the XMPS file of the size from its MPS file unless it exists.
+void EnsureXmps(const char* part) {
+    if (std::filesystem::exists(XmpsFile(part))) return;
+    double unused = 0;
+    IZEMMgr* m = ReadMps(MpsFile(part), &unused);
+    WriteXmps(m, XmpsFile(part));
+    m->IRelease();
+}
+
 void XmpsRead(benchmark::State& state, const char* part) {
     if (!HaveData(state, part)) return;
-    if (!std::filesystem::exists(XmpsFile(part))) {
-        double unused = 0;
-        IZEMMgr* m = ReadMps(MpsFile(part), &unused);
-        WriteXmps(m, XmpsFile(part));
-        m->IRelease();
-    }
+    EnsureXmps(part);
     int nonzeros = 0;
     for (auto _ : state) state.SetIterationTime(ReadXmps(XmpsFile(part), &nonzeros));
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
@@ -126,12 +130,7 @@ void XmpsRead(benchmark::State& state, const char* part) {
 // ratio of the summed XMPS times to the summed standard times.
 void XmpsOverMps(benchmark::State& state, const char* part) {
     if (!HaveData(state, part)) return;
-    if (!std::filesystem::exists(XmpsFile(part))) {
-        double unused = 0;
-        IZEMMgr* m = ReadMps(MpsFile(part), &unused);
-        WriteXmps(m, XmpsFile(part));
-        m->IRelease();
-    }
+    EnsureXmps(part);
     double mpsTotal = 0, xmpsTotal = 0;
     int nonzeros = 0;
     for (auto _ : state) {
