@@ -38,14 +38,23 @@ MgrPtr makeMgr() {
     return MgrPtr(m);
 }
 
-MgrPtr buildModel(int rows) {
-    MgrPtr mgr = makeMgr();
+struct Parts {
     ILPVariableList* vars = nullptr;
     ILPEquationList* eqns = nullptr;
     ILPMatrix* matrix = nullptr;
-    mgr->GetVariableCollectionIntf(&vars);
-    mgr->GetEquationCollectionIntf(&eqns);
-    mgr->GetMatrixIntf(&matrix);
+};
+
+Parts partsOf(IZEMMgr* mgr) {
+    Parts p;
+    mgr->GetVariableCollectionIntf(&p.vars);
+    mgr->GetEquationCollectionIntf(&p.eqns);
+    mgr->GetMatrixIntf(&p.matrix);
+    return p;
+}
+
+MgrPtr buildModel(int rows) {
+    MgrPtr mgr = makeMgr();
+    const auto [vars, eqns, matrix] = partsOf(mgr.get());
     char name[32];
     std::vector<ILPEquation*> rowPtr;
     rowPtr.reserve(static_cast<size_t>(rows));
@@ -143,12 +152,7 @@ void BM_RestoreFromStream(benchmark::State& state) {
 std::string writeMpsFile(IZEMMgr* mgr, int rows) {
     const std::string path = "/tmp/zem_bench_" + std::to_string(rows) + ".mps";
     std::FILE* fp = std::fopen(path.c_str(), "w");
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    mgr->GetVariableCollectionIntf(&vars);
-    mgr->GetEquationCollectionIntf(&eqns);
-    mgr->GetMatrixIntf(&matrix);
+    const auto [vars, eqns, matrix] = partsOf(mgr);
     std::fprintf(fp, "NAME          BENCH\nROWS\n");
     const char* keys[] = {"", "N", "E", "L", "G", "N"};
     for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject())
@@ -221,12 +225,7 @@ void BM_DropEmptyRows(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         MgrPtr mgr = makeMgr();
-        ILPVariableList* vars = nullptr;
-        ILPEquationList* eqns = nullptr;
-        ILPMatrix* matrix = nullptr;
-        mgr->GetVariableCollectionIntf(&vars);
-        mgr->GetEquationCollectionIntf(&eqns);
-        mgr->GetMatrixIntf(&matrix);
+        const auto [vars, eqns, matrix] = partsOf(mgr.get());
         std::vector<ILPVariable*> cols;
         for (int c = 0; c < rows / 2; ++c) {
             std::snprintf(name, sizeof name, "C%07d", c);
