@@ -12,7 +12,7 @@ void MPSLineSource::Attach(std::istream* in) {
     m_eof = (in == nullptr);
     m_failed = false;
     if (in != nullptr && !m_buf) {
-        m_buf.reset(new char[kBlockSize]);
+        m_buf.reset(new char[kBlockSize + 1]);
         m_capacity = kBlockSize;
     }
 }
@@ -35,24 +35,38 @@ void MPSLineSource::Fill(size_t need) {
     }
 }
 
-bool MPSLineSource::ReadLine(char* dst, size_t cap, size_t& len) {
-    const size_t maxBytes = cap - 1;
+bool MPSLineSource::Next(size_t maxBytes, char*& s, size_t& n, bool& fed) {
     Fill(maxBytes);
     size_t avail = m_end - m_pos;
-    if (avail == 0) {
-        len = 0;
-        dst[0] = '\0';
-        return false;
-    }
+    if (avail == 0) return false;
     if (avail > maxBytes) avail = maxBytes;
-    const char* s = m_buf.get() + m_pos;
+    s = m_buf.get() + m_pos;
     const void* nl = std::memchr(s, '\n', avail);
-    const size_t n = nl ? static_cast<size_t>(static_cast<const char*>(nl) - s) + 1 : avail;
-    std::memcpy(dst, s, n);
-    dst[n] = '\0';
+    fed = nl != nullptr;
+    n = fed ? static_cast<size_t>(static_cast<const char*>(nl) - s) + 1 : avail;
     m_pos += n;
-    len = n;
     return true;
+}
+
+const char* MPSLineSource::TakeLine(char* spare, size_t cap, size_t& text) {
+    char* s = nullptr;
+    size_t n = 0;
+    bool fed = false;
+    text = 0;
+    if (!Next(cap - 1, s, n, fed)) return nullptr;
+    text = fed ? n - 1 : n;
+    if (const void* cr = std::memchr(s, '\r', text)) text = static_cast<size_t>(static_cast<const char*>(cr) - s);
+    if (const void* nul = std::memchr(s, '\0', text)) text = static_cast<size_t>(static_cast<const char*>(nul) - s);
+    // The byte after the text is this line's own (its line feed, carriage
+    // return or NUL), or the spare byte past the buffered input; otherwise
+    // it starts the remainder of a cut line, which must stay.
+    if (text < n || m_pos == m_end) {
+        s[text] = '\0';
+        return s;
+    }
+    std::memcpy(spare, s, text);
+    spare[text] = '\0';
+    return spare;
 }
 
 bool MPSLineSource::Peek(const char*& line, size_t& len) const {

@@ -1,10 +1,10 @@
 // Line input for the MPS readers: reads the input in large blocks and hands
-// it out line by line, so reading a line costs one scan and one copy.
+// it out line by line, in place, so reading a line costs one scan.
 //
-// Lines are handed out with the rule of fgets on a buffer of `cap` bytes: at
-// most cap - 1 bytes, ending with (and including) the line feed when one
-// comes within them. A longer line is thus split, and its remainder comes
-// back as the following line(s).
+// Lines are cut with the rule of fgets on a buffer of `cap` bytes: at most
+// cap - 1 bytes, ending with (and including) the line feed when one comes
+// within them. A longer line is thus split, and its remainder comes back as
+// the following line(s).
 #pragma once
 
 #include <cstddef>
@@ -17,10 +17,16 @@ public:
     // detaches. Drops whatever was buffered from a previous input.
     void Attach(std::istream* in);
 
-    // Copies the next line into dst (cap >= 2 bytes), NUL-terminated, and
-    // stores the number of bytes copied in len. Returns false when the input
-    // is exhausted (nothing copied).
-    bool ReadLine(char* dst, size_t cap, size_t& len);
+    // The next line, cut by the rule of fgets on a buffer of `cap` bytes
+    // (at most cap - 1 bytes, up to and including a line feed within them),
+    // without a copy: the line's text (the bytes before the first line feed,
+    // carriage return or NUL), of length `text`, NUL-terminated in place
+    // inside the input buffer. Only a line cut at cap - 1 bytes whose
+    // remainder follows in the buffer is copied, into `spare` (cap bytes).
+    // The text stays valid until the next call; null when the input is
+    // exhausted. Parsing from the input buffer also spares the parser
+    // reading back bytes stored a moment before, which stalls the processor.
+    const char* TakeLine(char* spare, size_t cap, size_t& text);
 
     // The next line's bytes (without its newline and a carriage return
     // before it) when the whole line is
@@ -33,9 +39,16 @@ public:
 private:
     // Makes at least `need` bytes available from m_pos unless the input ends.
     void Fill(size_t need);
+    // Consumes the next line of at most maxBytes bytes: its start s and its
+    // byte count n (the line feed included, fed, when within them). False at
+    // the end of input.
+    bool Next(size_t maxBytes, char*& s, size_t& n, bool& fed);
 
     std::istream* m_in = nullptr;
-    std::unique_ptr<char[]> m_buf;  // not zero-filled: only read bytes are used
+    // Not zero-filled: only read bytes are used. One byte more than
+    // m_capacity, so that a last line without a line feed can be terminated
+    // in place.
+    std::unique_ptr<char[]> m_buf;
     size_t m_capacity = 0;
     size_t m_pos = 0;
     size_t m_end = 0;

@@ -96,14 +96,15 @@ void MPSStdReader::AttachInput(std::istream* in) {
     m_input = in;
     m_lines.Attach(in);
     m_lineCount = 0;
-    m_line[0] = '\0';
+    m_line = "";
     m_lineLength = 0;
 }
 
 bool MPSStdReader::ReadMPSLine() {
-    size_t n = 0;
-    if (!m_lines.ReadLine(m_line, sizeof m_line, n)) {
-        m_line[0] = '\0';
+    size_t text = 0;
+    const char* line = m_lines.TakeLine(m_lineSpare, sizeof m_lineSpare, text);
+    if (line == nullptr) {
+        m_line = "";
         m_lineLength = 0;
         if (m_lines.InputFailed()) {
             throw ZEM_ExcpFileError(eFileReadError, " ", "", "MPSStdReader::ReadMPSLine",
@@ -112,11 +113,8 @@ bool MPSStdReader::ReadMPSLine() {
         return false;
     }
     ++m_lineCount;
-    if (n > 0 && m_line[n - 1] == '\n') m_line[--n] = '\0';
-    // One pass finds the first carriage return or the NUL that ends the text.
-    char* end = strchrnul(m_line, '\r');
-    *end = '\0';
-    m_lineLength = static_cast<int>(end - m_line);
+    m_line = line;
+    m_lineLength = static_cast<int>(text);
     return true;
 }
 

@@ -236,7 +236,10 @@ protected:
     std::ifstream m_file;
     std::istream* m_input = nullptr;
     MPSLineSource m_lines;
-    char m_line[kMPSLineSize] = {};
+    // The current line's text, NUL-terminated; valid until the next line is
+    // read (it lies in the line source's buffer, or in m_lineSpare).
+    const char* m_line = "";
+    char m_lineSpare[kMPSLineSize] = {};
     int m_lineLength = 0;
     int m_lineCount = 0;
 

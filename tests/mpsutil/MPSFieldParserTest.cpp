@@ -101,25 +101,42 @@ TEST(MPSParseNumber, AgreesWithStrtodBitForBit) {
     EXPECT_TRUE(std::isnan(MPSParseNumber("nan")));
 }
 
-TEST(MPSLineSource, SplitsLongLinesLikeFgets) {
-    const std::string longLine(2500, 'x');
-    std::istringstream in("first\r\n" + longLine + "\nlast");
+// Takes every line of `text` from a fresh source.
+static std::vector<std::string> TakeAll(const std::string& text) {
+    std::istringstream in(text);
     MPSLineSource src;
     src.Attach(&in);
-    char buf[kMPSLineSize];
-    size_t len = 0;
-    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
-    EXPECT_STREQ(buf, "first\r\n");
-    for (int part = 0; part < 2; ++part) {
-        ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
-        EXPECT_EQ(len, 1023u);
+    char spare[kMPSLineSize];
+    std::vector<std::string> lines;
+    size_t n = 0;
+    while (const char* line = src.TakeLine(spare, sizeof spare, n)) {
+        EXPECT_EQ(std::strlen(line), n);
+        lines.emplace_back(line, n);
     }
-    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
-    EXPECT_EQ(std::string(buf), std::string(2500 - 2046, 'x') + "\n");
-    ASSERT_TRUE(src.ReadLine(buf, sizeof buf, len));
-    EXPECT_STREQ(buf, "last");
-    EXPECT_FALSE(src.ReadLine(buf, sizeof buf, len));
     EXPECT_FALSE(src.InputFailed());
+    return lines;
+}
+
+TEST(MPSLineSource, SplitsLongLinesLikeFgetsAndCutsTheText) {
+    const std::string longLine(2500, 'x');
+    const std::vector<std::string> want = {"first", std::string(1023, 'x'), std::string(1023, 'x'),
+                                           std::string(2500 - 2046, 'x'), "ab", "a", "", "last"};
+    EXPECT_EQ(TakeAll("first\r\n" + longLine + "\nab\rcd\n" + std::string("a\0b\n", 4) + "\nlast"),
+              want);
+}
+
+TEST(MPSLineSource, LineCutAtTheEndOfTheBufferKeepsItsRemainder) {
+    // Short lines up to 1023 bytes before the end of the first 1 MiB block,
+    // then a long line: its first 1023 bytes end exactly at the block's end.
+    std::string text = "yy\n";
+    while (text.size() < (size_t(1) << 20) - 1023) text += "y\n";
+    ASSERT_EQ(text.size(), (size_t(1) << 20) - 1023);
+    text += std::string(2000, 'x') + "\nend";
+    const std::vector<std::string> lines = TakeAll(text);
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[lines.size() - 3], std::string(1023, 'x'));
+    EXPECT_EQ(lines[lines.size() - 2], std::string(2000 - 1023, 'x'));
+    EXPECT_EQ(lines.back(), "end");
 }
 
 TEST(MPSLineSource, LinesAcrossBlockBoundariesArriveWhole) {
@@ -129,11 +146,11 @@ TEST(MPSLineSource, LinesAcrossBlockBoundariesArriveWhole) {
     std::istringstream in(text);
     MPSLineSource src;
     src.Attach(&in);
-    char buf[kMPSLineSize];
+    char spare[kMPSLineSize];
     size_t len = 0;
     int count = 0;
-    while (src.ReadLine(buf, sizeof buf, len)) {
-        ASSERT_EQ(std::string(buf), "line " + std::to_string(count) + "\n");
+    while (const char* line = src.TakeLine(spare, sizeof spare, len)) {
+        ASSERT_EQ(std::string(line), "line " + std::to_string(count));
         ++count;
     }
     EXPECT_EQ(count, 300000);
