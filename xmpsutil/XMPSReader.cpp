@@ -286,28 +286,36 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
         // The equation as field 1; as field 2 a token where the last card
         // had its first argument (cards written by a program line up).
         const int at = m_argColumn;
-        if (field == kMPSFieldName1)
-            span = xmpstok::NextToken(line, cut, m_geometry.start[kMPSFieldName1]);
-        else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::isBlank(line[at - 1]) &&
-                 !xmpstok::isBlank(line[at]))
-            span = xmpstok::NextToken(line, cut, at);
+        if (field == kMPSFieldName1) {
+            span = PeekMap(line, cut).Next(m_geometry.start[kMPSFieldName1]);
+        } else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::isBlank(line[at - 1]) &&
+                   !xmpstok::isBlank(line[at])) {
+            span = PeekMap(line, cut).Next(at);
+        }
         // The variable in hand (the common case: a column's cards together)
         // needs no request.
         if (field == kMPSFieldName2 && m_lastVariable != nullptr && span.n > 0 &&
             std::strncmp(m_lastVariableName, span.text, span.n) == 0 && m_lastVariableName[span.n] == '\0')
             return false;
     } else {
-        if (line != m_peekLine || cut != m_peekLength) {
+        if (line != m_peekFieldsOf) {
             // A card's fields are asked for one at a time: locate them once.
-            xmpstok::LocateFreeFormat(line, cut, SectionHasKey(), m_peekSpans);
-            m_peekLine = line;
-            m_peekLength = cut;
+            xmpstok::LocateFreeFormat(PeekMap(line, cut), SectionHasKey(), m_peekSpans);
+            m_peekFieldsOf = line;
         }
         span = m_peekSpans[field];
     }
     text = span.text;
     n = span.n;
     return n > 0;
+}
+
+const xmpstok::LineMap& XMPSReader::PeekMap(const char* line, int len) const {
+    if (line != m_peekMap.Line() || len != m_peekMap.Length()) {
+        m_peekMap.Build(line, len);
+        m_peekFieldsOf = nullptr;
+    }
+    return m_peekMap;
 }
 
 void XMPSReader::ParseMPSStdDataCardFreeFormat() {

@@ -53,6 +53,7 @@
 #include <vector>
 
 #include "mpsutil/MPSStdReader.h"
+#include "xmpsutil/XMPSLineMap.h"
 #include "xmpsutil/XMPSTokens.h"
 
 class ILPNonZero;
@@ -173,10 +174,16 @@ protected:
     // (-1: none). Cards written by a program line up, so the look-ahead
     // expects the next card's first argument at the same offset.
     int m_argColumn = -1;
-    // The free-format fields of the line last looked ahead at (PeekField).
-    mutable const char* m_peekLine = nullptr;
-    mutable int m_peekLength = -1;
+    // The blank map of the current card's line (token rule).
+    xmpstok::LineMap m_map;
+    // The line last looked ahead at (PeekField): its map, and its
+    // free-format fields when located (m_peekFieldsOf: that line, else null).
+    mutable xmpstok::LineMap m_peekMap;
+    mutable const char* m_peekFieldsOf = nullptr;
     mutable xmpstok::FieldSpan m_peekSpans[xmpstok::kCardFieldCount];
+    // The map of the line (line, len) looked ahead at, built unless it is
+    // the one last built.
+    const xmpstok::LineMap& PeekMap(const char* line, int len) const;
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }
     const char* Argument(int i) const { return m_argText.data() + m_argStart[i]; }
 
@@ -227,10 +234,16 @@ private:
     // would wait on a row object for nearly every card. A key sets the type
     // unless the row is the objective, so the keys of one row come down to
     // the first objective key, or else the last key: kept per row index
-    // (0: none) when the lookup gives the index, else in card order.
+    // (0: none) when the lookup gives the index, else in card order. Keys
+    // by index are first logged in card order and folded into the per-row
+    // table in batches: the table is read at random, and a batch lets the
+    // processor wait for many of its rows at once. An entry holds the row
+    // index in its low 32 bits and the type above them.
+    std::vector<uint64_t> m_typeLog;
     std::vector<int16_t> m_pendingTypeAt;
     std::vector<std::pair<ILPEquation*, int16_t>> m_pendingTypes;
     void NotePendingType(ILPEquation* eqn, int index, int16_t type);
+    void FoldTypeLog();
     void ApplyPendingTypes();
     void ForgetLastCard();
 };

@@ -39,9 +39,7 @@ bool RememberName(char (&cache)[xmpstok::kTokenMax + 1], const char* name) {
         cache[0] = '\0';
         return false;
     }
-    // A plain loop: names are short, and memcpy's set-up would cost more
-    // than the copy on nearly every card.
-    for (size_t i = 0; i <= n; ++i) cache[i] = name[i];
+    xmpstok::CopyToken(cache, name, n);
     return true;
 }
 
@@ -102,27 +100,23 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
 
     // Tokens are located in the line and copied once, at most kTokenMax
     // characters of each (the rest of a longer token is passed over).
-    // Plain loops: tokens are short, and an inlined block copy's set-up
-    // costs more than the copy.
     const auto copy = [](char* dst, const xmpstok::FieldSpan& t, size_t cap) {
-        const size_t n = std::min(t.n, cap);
-        for (size_t i = 0; i < n; ++i) dst[i] = t.text[i];
-        dst[n] = '\0';
-        return n;
+        xmpstok::CopyToken(dst, t.text, std::min(t.n, cap));
     };
     constexpr size_t kMax = xmpstok::kTokenMax;
-    xmpstok::FieldSpan t = xmpstok::NextToken(m_line, m_lineLength, m_geometry.start[kMPSFieldName1]);
+    m_map.Build(m_line, m_lineLength);
+    xmpstok::FieldSpan t = m_map.Next(m_geometry.start[kMPSFieldName1]);
     if (t.text == nullptr) return kXMPSCardToken;
     copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
     const auto after = [this](const xmpstok::FieldSpan& span) { return static_cast<int>(span.text + span.n - m_line); };
 
     char token[kMax + 1];
-    t = xmpstok::NextToken(m_line, m_lineLength, after(t));
+    t = m_map.Next(after(t));
     if (t.text == nullptr) return kXMPSCardToken;
     copy(token, t, kMax);
     if (!IsANumber(token)) {
         copy(m_keyword, t, kMax);
-        t = xmpstok::NextToken(m_line, m_lineLength, after(t));
+        t = m_map.Next(after(t));
         if (t.text == nullptr) return kXMPSCardToken;
         copy(token, t, kMax);
         // A keyword without a number after it: the card has no coefficient.
@@ -132,12 +126,13 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
 
     int pos = after(t);
     for (bool firstLine = true;;) {
-        t = xmpstok::NextToken(m_line, m_lineLength, pos);
+        t = m_map.Next(pos);
         if (t.text == nullptr) break;
         pos = after(t);
         if (t.n == 1 && t.text[0] == '\\') {
             firstLine = false;
             if (!ReadContinuedXMPSLine()) break;
+            m_map.Build(m_line, m_lineLength);
             pos = 0;
             continue;
         }
@@ -297,18 +292,30 @@ void XMPSReader::ApplyTermCards(const TermTexts& texts, INonLinearModel* nl, boo
 
 void XMPSReader::NotePendingType(ILPEquation* eqn, int index, int16_t type) {
     if (index > 0) {
-        const size_t at = static_cast<size_t>(index);
-        if (at >= m_pendingTypeAt.size()) m_pendingTypeAt.resize(std::max(at + 1, 2 * m_pendingTypeAt.size()), 0);
-        if (m_pendingTypeAt[at] != ZEM_EQN_OBJECTIVE) m_pendingTypeAt[at] = type;
+        constexpr size_t kBatch = 4096;
+        m_typeLog.push_back(static_cast<uint32_t>(index) |
+                            static_cast<uint64_t>(static_cast<uint16_t>(type)) << 32);
+        if (m_typeLog.size() >= kBatch) FoldTypeLog();
         return;
     }
     if (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn || m_pendingTypes.back().second != type)
         m_pendingTypes.emplace_back(eqn, type);
 }
 
+void XMPSReader::FoldTypeLog() {
+    for (const uint64_t entry : m_typeLog) {
+        const size_t at = static_cast<uint32_t>(entry);
+        if (at >= m_pendingTypeAt.size()) m_pendingTypeAt.resize(std::max(at + 1, 2 * m_pendingTypeAt.size()), 0);
+        if (m_pendingTypeAt[at] != ZEM_EQN_OBJECTIVE)
+            m_pendingTypeAt[at] = static_cast<int16_t>(static_cast<uint16_t>(entry >> 32));
+    }
+    m_typeLog.clear();
+}
+
 // Sets the types that the section's keys gave: a key sets its row's type
 // unless the row is the objective.
 void XMPSReader::ApplyPendingTypes() {
+    FoldTypeLog();
     for (size_t at = 1; at < m_pendingTypeAt.size(); ++at) {
         if (m_pendingTypeAt[at] == 0) continue;
         ILPEquation* eqn = nullptr;
@@ -327,6 +334,7 @@ void XMPSReader::ForgetLastCard() {
     m_lastVariable = nullptr;
     m_lastEquationName[0] = '\0';
     m_lastVariableName[0] = '\0';
+    m_typeLog.clear();
     m_pendingTypeAt.clear();
     m_pendingTypes.clear();
 }

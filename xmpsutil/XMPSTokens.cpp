@@ -1,7 +1,8 @@
 #include "xmpsutil/XMPSTokens.h"
 
-#include <cstdint>
-#include <cstring>
+#include <algorithm>
+
+#include "xmpsutil/XMPSLineMap.h"
 
 namespace xmpstok {
 
@@ -10,55 +11,6 @@ namespace {
 bool isNumberChar(char c) { return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.'; }
 
 bool isExponentMark(char c) { return c == 'D' || c == 'E' || c == 'd' || c == 'e'; }
-
-// Copies at most kTokenMax characters of [begin, end) into dst.
-void copyToken(char* dst, const char* begin, const char* end) {
-    if (begin == nullptr) {
-        dst[0] = '\0';
-        return;
-    }
-    size_t n = static_cast<size_t>(end - begin);
-    if (n > static_cast<size_t>(kTokenMax)) n = kTokenMax;
-    std::memcpy(dst, begin, n);
-    dst[n] = '\0';
-}
-
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-// Eight characters at a time: the high bit of each byte of the result is
-// set where the byte of w is a blank (space or tab), exactly.
-uint64_t blankBytes(uint64_t w) {
-    constexpr uint64_t kLow7 = 0x7f7f7f7f7f7f7f7full;
-    const auto zero = [](uint64_t x) { return ~(((x & kLow7) + kLow7) | x) & ~kLow7; };
-    return zero(w ^ 0x2020202020202020ull) | zero(w ^ 0x0909090909090909ull);
-}
-
-// Offset of the first byte of [p, end) whose blank bit (of blankBytes)
-// equals `blank`, looked for a word at a time; end - p when there is none.
-const char* firstWhere(const char* p, const char* end, bool blank) {
-    for (; end - p >= 8; p += 8) {
-        uint64_t w;
-        std::memcpy(&w, p, 8);
-        uint64_t hits = blankBytes(w);
-        if (!blank) hits = ~hits & 0x8080808080808080ull;
-        if (hits != 0) return p + __builtin_ctzll(hits) / 8;
-    }
-    while (p < end && isBlank(*p) != blank) ++p;
-    return p;
-}
-#else
-const char* firstWhere(const char* p, const char* end, bool blank) {
-    while (p < end && isBlank(*p) != blank) ++p;
-    return p;
-}
-#endif
-
-// Returns the start of the next token at or after p (or end), and sets
-// *tokEnd to its end.
-const char* nextToken(const char* p, const char* end, const char** tokEnd) {
-    p = firstWhere(p, end, false);
-    *tokEnd = firstWhere(p, end, true);
-    return p;
-}
 
 }  // namespace
 
@@ -100,56 +52,57 @@ bool ExtractToken(int& count, const char* source, char* target, int maxLen) {
 }
 
 void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans) {
+    LineMap map;
+    map.Build(line, len);
+    LocateFreeFormat(map, sectionHasKey, spans);
+}
+
+void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) {
     for (int f = 0; f < kCardFieldCount; ++f) spans[f] = FieldSpan{};
-    const char* end = line + len;
+    const char* line = map.Line();
+    const int len = map.Length();
     const int keyArea = len < 4 ? len : 4;
 
     // Count the tokens that start in the first four columns and see whether
     // one of them runs on into column 5.
     int keyTokens = 0;
-    bool crossesColumn5 = false;
     for (int i = 0; i < keyArea; ++i) {
         if (!isBlank(line[i]) && (i == 0 || isBlank(line[i - 1]))) ++keyTokens;
     }
-    if (len > 4 && !isBlank(line[3]) && !isBlank(line[4])) crossesColumn5 = true;
+    const bool crossesColumn5 = len > 4 && !isBlank(line[3]) && !isBlank(line[4]);
 
-    const char* p;
+    int at = 0;    // where the next token is looked for
     int next = 1;  // next field to fill
-    const char* tokEnd;
     const bool aligned = sectionHasKey ? (keyTokens <= 1 && !crossesColumn5) : keyTokens == 0;
+    const auto take = [&](int field) {
+        const FieldSpan t = map.Next(at);
+        if (t.text == nullptr) return false;
+        // Member by member: a copy of the whole span is put together on the
+        // stack by some compilers and read back at once, which stalls.
+        spans[field].text = t.text;
+        spans[field].n = t.n;
+        at = static_cast<int>(t.text - line + t.n);
+        return true;
+    };
     if (aligned) {
         // The card is aligned on the columns: key from columns 1-4, first
         // name from column 5 when it starts there.
         spans[0] = FieldSpan{line, static_cast<size_t>(keyArea), true};
-        p = line + keyArea;
-        if (len > 4 && !isBlank(line[4])) {
-            const char* tok = nextToken(p, end, &tokEnd);
-            spans[1] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
-            p = tokEnd;
-        }
+        at = keyArea;
+        if (len > 4 && !isBlank(line[4])) take(1);
         next = 2;
-    } else {
+    } else if (sectionHasKey) {
         // Laid out by tokens alone.
-        p = line;
-        if (sectionHasKey) {
-            const char* tok = nextToken(p, end, &tokEnd);
-            spans[0] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
-            p = tokEnd;
-        }
+        take(0);
     }
-    for (; next < kCardFieldCount; ++next) {
-        const char* tok = nextToken(p, end, &tokEnd);
-        if (tok == tokEnd) break;
-        spans[next] = FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
-        p = tokEnd;
+    for (; next < kCardFieldCount && take(next); ++next) {
     }
 }
 
 FieldSpan NextToken(const char* line, int len, int from) {
-    if (from >= len) return FieldSpan{};
-    const char* tokEnd;
-    const char* tok = nextToken(line + from, line + len, &tokEnd);
-    return tok == tokEnd ? FieldSpan{} : FieldSpan{tok, static_cast<size_t>(tokEnd - tok), false};
+    LineMap map;
+    map.Build(line, len);
+    return map.Next(from);
 }
 
 void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
@@ -158,7 +111,7 @@ void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const*
     for (int f = 0; f < kCardFieldCount; ++f) {
         const FieldSpan& span = spans[f];
         if (!span.keyColumns) {
-            copyToken(fields[f], span.text, span.text + span.n);
+            CopyToken(fields[f], span.text, std::min(span.n, static_cast<size_t>(kTokenMax)));
             continue;
         }
         int k = 0;  // the key's non-blank characters of columns 1-4

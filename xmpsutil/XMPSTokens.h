@@ -32,6 +32,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 
 namespace xmpstok {
 
@@ -39,6 +40,25 @@ namespace xmpstok {
 constexpr int kTokenMax = 128;
 
 inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+// Copies the n bytes of a token from src to dst and terminates dst. Eight
+// bytes at a time, then four, two and one: no block-copy set-up is paid for
+// a short token, and the eight-byte reads that hash or compare the copy
+// right afterwards each find their bytes in one store.
+inline void CopyToken(char* dst, const char* src, size_t n) {
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) std::memcpy(dst + i, src + i, 8);
+    if (n - i >= 4) {
+        std::memcpy(dst + i, src + i, 4);
+        i += 4;
+    }
+    if (n - i >= 2) {
+        std::memcpy(dst + i, src + i, 2);
+        i += 2;
+    }
+    if (i < n) dst[i] = src[i];
+    dst[n] = '\0';
+}
 
 // The lenient number test of the format: the first character must be a
 // digit or one of "+-."; tokens of one or two such characters are numbers;
@@ -73,8 +93,12 @@ struct FieldSpan {
     bool keyColumns = false;
 };
 void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans);
+// LocateFreeFormat on a line already mapped (XMPSLineMap.h).
+class LineMap;
+void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans);
 // The first token of `line` (length `len`) at or after offset `from`;
-// absent when only blanks remain.
+// absent when only blanks remain. Maps the line for this one token: a
+// caller that wants several tokens of a line maps it once (LineMap).
 FieldSpan NextToken(const char* line, int len, int from);
 
 }  // namespace xmpstok
