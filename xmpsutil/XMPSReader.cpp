@@ -298,10 +298,12 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
             std::strncmp(m_lastVariableName, span.text, span.n) == 0 && m_lastVariableName[span.n] == '\0')
             return false;
     } else {
-        if (line != m_peekFieldsOf) {
+        const xmpstok::LineMap& map = PeekMap(line, cut);
+        if (m_peekFieldsLine != m_peekMapLine || m_peekFieldsKeyed != SectionHasKey()) {
             // A card's fields are asked for one at a time: locate them once.
-            xmpstok::LocateFreeFormat(PeekMap(line, cut), SectionHasKey(), m_peekSpans);
-            m_peekFieldsOf = line;
+            m_peekFieldsKeyed = SectionHasKey();
+            xmpstok::LocateFreeFormat(map, m_peekFieldsKeyed, m_peekSpans);
+            m_peekFieldsLine = m_peekMapLine;
         }
         span = m_peekSpans[field];
     }
@@ -311,18 +313,32 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
 }
 
 const xmpstok::LineMap& XMPSReader::PeekMap(const char* line, int len) const {
-    if (line != m_peekMap.Line() || len != m_peekMap.Length()) {
+    // The line looked ahead at is the one after the line in hand.
+    if (m_peekMapLine != m_lineCount + 1 || line != m_peekMap.Line() || len != m_peekMap.Length()) {
         m_peekMap.Build(line, len);
-        m_peekFieldsOf = nullptr;
+        m_peekMapLine = m_lineCount + 1;
     }
     return m_peekMap;
+}
+
+const xmpstok::LineMap& XMPSReader::CardMap() {
+    if (CardWasPeeked()) return m_peekMap;
+    m_map.Build(m_line, m_lineLength);
+    return m_map;
 }
 
 void XMPSReader::ParseMPSStdDataCardFreeFormat() {
     char* const fields[xmpstok::kCardFieldCount] = {
         m_fields[kMPSFieldKey],   m_fields[kMPSFieldName1], m_fields[kMPSFieldName2],
         m_fields[kMPSFieldNumber1], m_fields[kMPSFieldName3], m_fields[kMPSFieldNumber2]};
-    xmpstok::ParseFreeFormat(m_line, m_lineLength, SectionHasKey(), fields);
+    const bool keyed = SectionHasKey();
+    if (CardWasPeeked() && m_peekFieldsLine == m_lineCount && m_peekFieldsKeyed == keyed) {
+        xmpstok::CopyFields(m_peekSpans, fields);
+        return;
+    }
+    xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
+    xmpstok::LocateFreeFormat(CardMap(), keyed, spans);
+    xmpstok::CopyFields(spans, fields);
 }
 
 // ---- Errors ----

@@ -174,16 +174,28 @@ protected:
     // (-1: none). Cards written by a program line up, so the look-ahead
     // expects the next card's first argument at the same offset.
     int m_argColumn = -1;
-    // The blank map of the current card's line (token rule).
+    // Blank maps of card lines. The look-ahead maps the next line
+    // (m_peekMap, for line number m_peekMapLine) and, in the free-format
+    // sections, locates its fields (m_peekSpans, when m_peekFieldsLine is
+    // that line number, for a section with keys or not as m_peekFieldsKeyed
+    // tells). When the line then becomes the card in hand, at the same place
+    // and length, the card is parsed from these; otherwise it is mapped anew
+    // into m_map.
     xmpstok::LineMap m_map;
-    // The line last looked ahead at (PeekField): its map, and its
-    // free-format fields when located (m_peekFieldsOf: that line, else null).
     mutable xmpstok::LineMap m_peekMap;
-    mutable const char* m_peekFieldsOf = nullptr;
+    mutable int m_peekMapLine = -1;
+    mutable int m_peekFieldsLine = -1;
+    mutable bool m_peekFieldsKeyed = false;
     mutable xmpstok::FieldSpan m_peekSpans[xmpstok::kCardFieldCount];
-    // The map of the line (line, len) looked ahead at, built unless it is
-    // the one last built.
+    // The map of the line (line, len) looked ahead at, built unless built
+    // already.
     const xmpstok::LineMap& PeekMap(const char* line, int len) const;
+    // True when the look-ahead mapped the line in hand.
+    bool CardWasPeeked() const {
+        return m_peekMapLine == m_lineCount && m_peekMap.Line() == m_line && m_peekMap.Length() == m_lineLength;
+    }
+    // The map of the line in hand.
+    const xmpstok::LineMap& CardMap();
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }
     const char* Argument(int i) const { return m_argText.data() + m_argStart[i]; }
 

@@ -104,19 +104,19 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
         xmpstok::CopyToken(dst, t.text, std::min(t.n, cap));
     };
     constexpr size_t kMax = xmpstok::kTokenMax;
-    m_map.Build(m_line, m_lineLength);
-    xmpstok::FieldSpan t = m_map.Next(m_geometry.start[kMPSFieldName1]);
+    const xmpstok::LineMap* map = &CardMap();
+    xmpstok::FieldSpan t = map->Next(m_geometry.start[kMPSFieldName1]);
     if (t.text == nullptr) return kXMPSCardToken;
     copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
     const auto after = [this](const xmpstok::FieldSpan& span) { return static_cast<int>(span.text + span.n - m_line); };
 
     char token[kMax + 1];
-    t = m_map.Next(after(t));
+    t = map->Next(after(t));
     if (t.text == nullptr) return kXMPSCardToken;
     copy(token, t, kMax);
     if (!IsANumber(token)) {
         copy(m_keyword, t, kMax);
-        t = m_map.Next(after(t));
+        t = map->Next(after(t));
         if (t.text == nullptr) return kXMPSCardToken;
         copy(token, t, kMax);
         // A keyword without a number after it: the card has no coefficient.
@@ -126,13 +126,13 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
 
     int pos = after(t);
     for (bool firstLine = true;;) {
-        t = m_map.Next(pos);
+        t = map->Next(pos);
         if (t.text == nullptr) break;
         pos = after(t);
         if (t.n == 1 && t.text[0] == '\\') {
             firstLine = false;
             if (!ReadContinuedXMPSLine()) break;
-            m_map.Build(m_line, m_lineLength);
+            map = &CardMap();
             pos = 0;
             continue;
         }

@@ -108,6 +108,10 @@ FieldSpan NextToken(const char* line, int len, int from) {
 void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
     FieldSpan spans[kCardFieldCount];
     LocateFreeFormat(line, len, sectionHasKey, spans);
+    CopyFields(spans, fields);
+}
+
+void CopyFields(const FieldSpan* spans, char* const* fields) {
     for (int f = 0; f < kCardFieldCount; ++f) {
         const FieldSpan& span = spans[f];
         if (!span.keyColumns) {

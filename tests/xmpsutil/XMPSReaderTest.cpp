@@ -336,3 +336,42 @@ TEST(XMPSReaderBadInput, OverlongTokensOddNumbersAndRowsBeforeAFailure) {
     EXPECT_EQ(Eqn(m.get(), "R2")->GetType(), ZEM_EQN_GE);
     EXPECT_EQ(Eqn(m.get(), "R3"), nullptr);
 }
+
+// Cards are parsed from what the look-ahead found on their lines: a file of
+// several input blocks, whose lines move when the buffer is refilled, and a
+// line cut short by a carriage return must still come out card by card.
+TEST(XMPSReaderLookAhead, EveryCardOfALongFileKeepsItsOwnFields) {
+    constexpr int kRows = 40000;
+    std::string text = "NAME BIG\nXLINEAR\n";
+    char line[96];
+    for (int i = 0; i < kRows; ++i) {
+        std::snprintf(line, sizeof line, " %c  R%05d  %d.5  C%05d\n", i == 0 ? 'N' : 'E', i, i, i / 2);
+        text += line;
+    }
+    text += "RHS\n";
+    for (int i = 1; i < kRows; ++i) {
+        std::snprintf(line, sizeof line, "    RHS1  R%05d  %d.25%s\n", i, i, i == 7 ? "\r 99" : "");
+        text += line;
+    }
+    text += "BOUNDS\n";
+    for (int j = 0; j < kRows / 2; ++j) {
+        std::snprintf(line, sizeof line, " UP BND1  C%05d  %d.75\n", j, j);
+        text += line;
+    }
+    text += "ENDATA\n";
+    ASSERT_GT(text.size(), 2u << 20);
+    Model m = Read(text);
+    char row[16], col[16];
+    for (int i = 0; i < kRows; ++i) {
+        std::snprintf(row, sizeof row, "R%05d", i);
+        std::snprintf(col, sizeof col, "C%05d", i / 2);
+        ASSERT_EQ(Coefficient(m.get(), row, col), i + 0.5) << row;
+        if (i > 0) {
+            ASSERT_EQ(Eqn(m.get(), row)->GetRHS(), i + 0.25) << row;
+        }
+    }
+    for (int j = 0; j < kRows / 2; ++j) {
+        std::snprintf(col, sizeof col, "C%05d", j);
+        ASSERT_EQ(Var(m.get(), col)->GetBoundUpper(), j + 0.75) << col;
+    }
+}
