@@ -33,6 +33,8 @@ public:
     // only blanks remain. Inline: it is called for every token of every card.
     FieldSpan Next(int from) const;
     const char* Line() const { return m_line; }
+    // The bits of the first 64 characters (bit i: line[i] is no blank).
+    uint64_t FirstWord() const { return m_len > 0 ? m_text[0] : 0; }
     int Length() const { return m_len; }
 
 private:

@@ -295,7 +295,7 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
         // The variable in hand (the common case: a column's cards together)
         // needs no request.
         if (field == kMPSFieldName2 && m_lastVariable != nullptr && span.n > 0 &&
-            std::strncmp(m_lastVariableName, span.text, span.n) == 0 && m_lastVariableName[span.n] == '\0')
+            m_lastVariableName.Is(span.text, span.n))
             return false;
     } else {
         const xmpstok::LineMap& map = PeekMap(line, cut);

@@ -198,6 +198,10 @@ protected:
     const xmpstok::LineMap& CardMap();
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }
     const char* Argument(int i) const { return m_argText.data() + m_argStart[i]; }
+    size_t ArgumentLength(int i) const {
+        const size_t end = i + 1 < ArgumentCount() ? m_argStart[i + 1] : m_argText.size();
+        return end - m_argStart[i] - 1;
+    }
 
     IZEMDataMgr* m_zem = nullptr;
     bool m_ownsZem = false;
@@ -222,7 +226,8 @@ private:
     void ReadSectionLoop();
     void ApplyTermCard(const TermTexts& texts, INonLinearModel* nlModel);
     void ApplyTermCards(const TermTexts& texts, INonLinearModel* nlModel, bool byColumns);
-    ILPVariable* FindOrCreateVariable(const char* name, const char* failText, const char* routine);
+    // The variable named by the n characters at name (NUL-terminated).
+    ILPVariable* FindOrCreateVariable(const char* name, size_t n, const char* failText, const char* routine);
     void AppendArgument(const char* text);
     void AppendArgument(const char* text, size_t n);
     void FetchTermModel(const char* failText, const char* routine, INonLinearModel** nl);
@@ -239,8 +244,10 @@ private:
     ILPEquation* m_lastEquation = nullptr;
     int m_lastEquationIndex = 0;  // its index when known without reading it (else 0)
     ILPVariable* m_lastVariable = nullptr;
-    char m_lastEquationName[xmpstok::kTokenMax + 1] = {};
-    char m_lastVariableName[xmpstok::kTokenMax + 1] = {};
+    xmpstok::RecentName m_lastEquationName;
+    xmpstok::RecentName m_lastVariableName;
+    // Length of the card's equation name (Field(kMPSFieldName1)).
+    size_t m_equationLength = 0;
     // Row types set by the keys of a term section's cards, applied when the
     // section ends (ApplyPendingTypes): reading each row's type at its card
     // would wait on a row object for nearly every card. A key sets the type

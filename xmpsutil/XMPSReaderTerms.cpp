@@ -31,18 +31,6 @@ struct TermDestroyer {
 };
 using PendingTerm = std::unique_ptr<INonLinearity, TermDestroyer>;
 
-// Copies a card's name into a cache entry; false (nothing kept) for a name
-// too long for it.
-bool RememberName(char (&cache)[xmpstok::kTokenMax + 1], const char* name) {
-    const size_t n = std::strlen(name);
-    if (n > static_cast<size_t>(xmpstok::kTokenMax)) {
-        cache[0] = '\0';
-        return false;
-    }
-    xmpstok::CopyToken(cache, name, n);
-    return true;
-}
-
 }  // namespace
 
 // The texts of one of the two term-card handlers.
@@ -90,6 +78,7 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     char* equation = m_fields[kMPSFieldName1];
     key[0] = '\0';
     equation[0] = '\0';
+    m_equationLength = 0;
 
     // Key: the non-blank characters of the fixed key field.
     int k = 0;
@@ -101,13 +90,15 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     // Tokens are located in the line and copied once, at most kTokenMax
     // characters of each (the rest of a longer token is passed over).
     const auto copy = [](char* dst, const xmpstok::FieldSpan& t, size_t cap) {
-        xmpstok::CopyToken(dst, t.text, std::min(t.n, cap));
+        const size_t n = std::min(t.n, cap);
+        xmpstok::CopyToken(dst, t.text, n);
+        return n;
     };
     constexpr size_t kMax = xmpstok::kTokenMax;
     const xmpstok::LineMap* map = &CardMap();
     xmpstok::FieldSpan t = map->Next(m_geometry.start[kMPSFieldName1]);
     if (t.text == nullptr) return kXMPSCardToken;
-    copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
+    m_equationLength = copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
     const auto after = [this](const xmpstok::FieldSpan& span) { return static_cast<int>(span.text + span.n - m_line); };
 
     char token[kMax + 1];
@@ -151,7 +142,8 @@ int16_t XMPSReader::ParseXLINEARDataCard() {
     if (m_lineLength > 1) MPSExtractField(m_fields[kMPSFieldKey], m_line + 1, m_geometry.keyWidth);
     const int nameWidth = m_geometry.nameWidth;
     const int eqnStart = m_geometry.start[kMPSFieldName1];
-    if (eqnStart < m_lineLength) MPSExtractField(m_fields[kMPSFieldName1], m_line + eqnStart, nameWidth);
+    m_equationLength =
+        eqnStart < m_lineLength ? MPSExtractField(m_fields[kMPSFieldName1], m_line + eqnStart, nameWidth) : 0;
     if (m_thirdFieldColumn < m_lineLength) {
         const int width = m_geometry.numberWidth < xmpstok::kTokenMax ? m_geometry.numberWidth
                                                                       : xmpstok::kTokenMax;
@@ -191,16 +183,14 @@ void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonL
     NoteLibraryParts();
 }
 
-ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, const char* failText,
+ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, size_t n, const char* failText,
                                               const char* routine) {
     // Cards of one column usually come together.
-    if (m_lastVariable != nullptr && std::strcmp(m_lastVariableName, name) == 0) {
-        return m_lastVariable;
-    }
+    if (m_lastVariable != nullptr && m_lastVariableName.Is(name, n)) return m_lastVariable;
     ILPVariable* var = FindVariable(name);
     if (var == nullptr) var = NewVariable(name);
     if (var == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
-    m_lastVariable = RememberName(m_lastVariableName, name) ? var : nullptr;
+    m_lastVariable = m_lastVariableName.Set(name, n) ? var : nullptr;
     return var;
 }
 
@@ -332,8 +322,8 @@ void XMPSReader::ForgetLastCard() {
     m_lastEquation = nullptr;
     m_lastEquationIndex = 0;
     m_lastVariable = nullptr;
-    m_lastEquationName[0] = '\0';
-    m_lastVariableName[0] = '\0';
+    m_lastEquationName.Clear();
+    m_lastVariableName.Clear();
     m_typeLog.clear();
     m_pendingTypeAt.clear();
     m_pendingTypes.clear();
@@ -363,7 +353,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
 
     ILPEquation* eqn = m_lastEquation;
     int eqnIndex = m_lastEquationIndex;  // 0 when not known without a visit
-    if (eqn == nullptr || std::strcmp(m_lastEquationName, eqName) != 0) {
+    if (eqn == nullptr || !m_lastEquationName.Is(eqName, m_equationLength)) {
         eqn = FindEquation(eqName, eqnIndex);
         if (eqn == nullptr) {
             m_eqnList->CreateNewEquationObject(&eqn);
@@ -372,14 +362,14 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
             m_eqnList->AddEquationObject(eqn);
             if (m_eqnImpl != nullptr) eqnIndex = eqn->GetIndex();
         }
-        m_lastEquation = RememberName(m_lastEquationName, eqName) ? eqn : nullptr;
+        m_lastEquation = m_lastEquationName.Set(eqName, m_equationLength) ? eqn : nullptr;
         m_lastEquationIndex = eqnIndex;
     }
     if (hasKey) NotePendingType(eqn, eqnIndex, type);
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {
-        ILPVariable* var = FindOrCreateVariable(Argument(0), texts.createVariable, texts.routine);
+        ILPVariable* var = FindOrCreateVariable(Argument(0), ArgumentLength(0), texts.createVariable, texts.routine);
         ILPNonZero* nz = nullptr;
         m_matrix->CreateNewNonZeroObject(&nz);
         if (nz == nullptr) ProcessFault(kProcessError, texts.createNonZero, texts.routine, __LINE__);
@@ -406,10 +396,10 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
         if (m_keyword[0] != '\0' && texts.numericInLinear != nullptr && IsANumber(arg)) {
             term->AddNLConstantObject(MPSParseNumber(arg));
         } else if (m_keyword[0] == '\0') {
-            term->AddVariableObject(
-                FindOrCreateVariable(arg, texts.productVariable, texts.productVariableRoutine));
+            term->AddVariableObject(FindOrCreateVariable(arg, ArgumentLength(i), texts.productVariable,
+                                                         texts.productVariableRoutine));
         } else {
-            term->AddVariableObject(FindOrCreateVariable(arg, texts.createVariable, texts.routine));
+            term->AddVariableObject(FindOrCreateVariable(arg, ArgumentLength(i), texts.createVariable, texts.routine));
         }
     }
     nl->AddNonLinearityObject(term.release());

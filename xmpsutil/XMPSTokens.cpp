@@ -1,6 +1,7 @@
 #include "xmpsutil/XMPSTokens.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "xmpsutil/XMPSLineMap.h"
 
@@ -58,45 +59,49 @@ void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* 
 }
 
 void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) {
-    for (int f = 0; f < kCardFieldCount; ++f) spans[f] = FieldSpan{};
     const char* line = map.Line();
     const int len = map.Length();
     const int keyArea = len < 4 ? len : 4;
+    // Spans are set member by member: a whole span put together on the
+    // stack and copied is read back at once by some compilers, which stalls.
+    const auto set = [spans](int field, const char* text, size_t n, bool keyColumns) {
+        spans[field].text = text;
+        spans[field].n = n;
+        spans[field].keyColumns = keyColumns;
+    };
 
-    // Count the tokens that start in the first four columns and see whether
-    // one of them runs on into column 5.
-    int keyTokens = 0;
-    for (int i = 0; i < keyArea; ++i) {
-        if (!isBlank(line[i]) && (i == 0 || isBlank(line[i - 1]))) ++keyTokens;
-    }
-    const bool crossesColumn5 = len > 4 && !isBlank(line[3]) && !isBlank(line[4]);
+    // The tokens that start in the first four columns, and whether one of
+    // them runs on into column 5 (bits past the line's end are clear).
+    const uint64_t head = map.FirstWord();
+    const uint64_t keyText = head & 0xf;
+    const int keyTokens = __builtin_popcountll(keyText & ~(keyText << 1));
+    const bool column5 = (head >> 4) & 1;
+    const bool crossesColumn5 = column5 && ((head >> 3) & 1);
 
     int at = 0;    // where the next token is looked for
-    int next = 1;  // next field to fill
-    const bool aligned = sectionHasKey ? (keyTokens <= 1 && !crossesColumn5) : keyTokens == 0;
-    const auto take = [&](int field) {
+    int next = 0;  // next field to fill
+    const auto take = [&] {
         const FieldSpan t = map.Next(at);
         if (t.text == nullptr) return false;
-        // Member by member: a copy of the whole span is put together on the
-        // stack by some compilers and read back at once, which stalls.
-        spans[field].text = t.text;
-        spans[field].n = t.n;
+        set(next++, t.text, t.n, false);
         at = static_cast<int>(t.text - line + t.n);
         return true;
     };
+    const bool aligned = sectionHasKey ? (keyTokens <= 1 && !crossesColumn5) : keyTokens == 0;
     if (aligned) {
         // The card is aligned on the columns: key from columns 1-4, first
         // name from column 5 when it starts there.
-        spans[0] = FieldSpan{line, static_cast<size_t>(keyArea), true};
+        set(0, line, static_cast<size_t>(keyArea), true);
         at = keyArea;
-        if (len > 4 && !isBlank(line[4])) take(1);
-        next = 2;
-    } else if (sectionHasKey) {
-        // Laid out by tokens alone.
-        take(0);
+        next = 1;
+        if (!column5 || !take()) set(next++, nullptr, 0, false);
+    } else if (!sectionHasKey) {
+        // Laid out by tokens alone, from the first name on.
+        set(next++, nullptr, 0, false);
     }
-    for (; next < kCardFieldCount && take(next); ++next) {
+    while (next < kCardFieldCount && take()) {
     }
+    while (next < kCardFieldCount) set(next++, nullptr, 0, false);
 }
 
 FieldSpan NextToken(const char* line, int len, int from) {

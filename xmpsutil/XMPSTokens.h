@@ -32,6 +32,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace xmpstok {
@@ -59,6 +60,50 @@ inline void CopyToken(char* dst, const char* src, size_t n) {
     if (i < n) dst[i] = src[i];
     dst[n] = '\0';
 }
+
+// True when the n bytes at a and at b are the same. Eight bytes at a time,
+// the last eight read overlapping: names are short, and a library call
+// would cost more than the compare.
+inline bool SameBytes(const char* a, const char* b, size_t n) {
+    if (n < 8) {
+        for (size_t i = 0; i < n; ++i)
+            if (a[i] != b[i]) return false;
+        return true;
+    }
+    uint64_t x, y;
+    for (size_t i = 0; i + 8 < n; i += 8) {
+        std::memcpy(&x, a + i, 8);
+        std::memcpy(&y, b + i, 8);
+        if (x != y) return false;
+    }
+    std::memcpy(&x, a + n - 8, 8);
+    std::memcpy(&y, b + n - 8, 8);
+    return x == y;
+}
+
+// A name remembered with its length, to tell whether a card names the same
+// row or column as the one before.
+class RecentName {
+public:
+    // Keeps the n bytes at s; false, and nothing kept, for a name longer
+    // than kTokenMax.
+    bool Set(const char* s, size_t n) {
+        if (n > static_cast<size_t>(kTokenMax)) {
+            m_n = kNone;
+            return false;
+        }
+        CopyToken(m_text, s, n);
+        m_n = n;
+        return true;
+    }
+    void Clear() { m_n = kNone; }
+    bool Is(const char* s, size_t n) const { return n == m_n && SameBytes(m_text, s, n); }
+
+private:
+    static constexpr size_t kNone = ~size_t(0);
+    char m_text[kTokenMax + 1] = {};
+    size_t m_n = kNone;
+};
 
 // The lenient number test of the format: the first character must be a
 // digit or one of "+-."; tokens of one or two such characters are numbers;
