@@ -101,17 +101,18 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     m_equationLength = copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
     const auto after = [this](const xmpstok::FieldSpan& span) { return static_cast<int>(span.text + span.n - m_line); };
 
-    char token[kMax + 1];
+    // The tokens' text as cut to kMax characters.
+    const auto isNumber = [](const xmpstok::FieldSpan& span) {
+        return xmpstok::IsANumber(span.text, std::min<size_t>(span.n, xmpstok::kTokenMax));
+    };
     t = map->Next(after(t));
     if (t.text == nullptr) return kXMPSCardToken;
-    copy(token, t, kMax);
-    if (!IsANumber(token)) {
+    if (!isNumber(t)) {
         copy(m_keyword, t, kMax);
         t = map->Next(after(t));
         if (t.text == nullptr) return kXMPSCardToken;
-        copy(token, t, kMax);
         // A keyword without a number after it: the card has no coefficient.
-        if (!IsANumber(token)) return kXMPSCardToken;
+        if (!isNumber(t)) return kXMPSCardToken;
     }
     copy(m_coefficient, t, kMax);
 
@@ -344,7 +345,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     const int nArgs = ArgumentCount();
     int numbers = 0;
     if (texts.numericInLinear != nullptr) {
-        for (int i = 0; i < nArgs; ++i) numbers += IsANumber(Argument(i)) ? 1 : 0;
+        for (int i = 0; i < nArgs; ++i) numbers += xmpstok::IsANumber(Argument(i), ArgumentLength(i)) ? 1 : 0;
     }
     if (nArgs - numbers == 0) CardFault(texts.noVariables, texts.routine, __LINE__);
     if (m_keyword[0] == '\0' && numbers > 0) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "xmpsutil/XMPSLineMap.h"
 
@@ -9,23 +10,37 @@ namespace xmpstok {
 
 namespace {
 
-bool isNumberChar(char c) { return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.'; }
+// Character classes of the number test.
+constexpr unsigned char kNumberChar = 1;  // a digit, "+", "-" or "."
+constexpr unsigned char kExponent = 2;    // "D", "E", "d" or "e"
 
-bool isExponentMark(char c) { return c == 'D' || c == 'E' || c == 'd' || c == 'e'; }
+struct CharClasses {
+    unsigned char of[256] = {};
+    constexpr CharClasses() {
+        for (int c = '0'; c <= '9'; ++c) of[c] = kNumberChar;
+        of[static_cast<unsigned char>('+')] = of[static_cast<unsigned char>('-')] = kNumberChar;
+        of[static_cast<unsigned char>('.')] = kNumberChar;
+        for (const char c : {'D', 'E', 'd', 'e'}) of[static_cast<unsigned char>(c)] = kExponent;
+    }
+    unsigned char operator()(char c) const { return of[static_cast<unsigned char>(c)]; }
+};
+constexpr CharClasses kClassOf;
 
 }  // namespace
 
-bool IsANumber(const char* token) {
-    if (token == nullptr || !isNumberChar(token[0])) return false;
-    // One pass: a comma anywhere refuses the token; the characters between
-    // the first and the last are checked (none for tokens of one or two).
+bool IsANumber(const char* token) { return token != nullptr && IsANumber(token, std::strlen(token)); }
+
+bool IsANumber(const char* token, size_t n) {
+    if (n == 0 || kClassOf(token[0]) != kNumberChar) return false;
+    // A comma anywhere refuses the token (the first character is no comma
+    // already); otherwise the characters between the first and the last are
+    // checked, none for tokens of one or two.
+    if (token[n - 1] == ',') return false;
     bool exponentSeen = false;
-    for (size_t i = 1; token[i] != '\0'; ++i) {
-        const char c = token[i];
-        if (c == ',') return false;
-        if (token[i + 1] == '\0') break;  // the last character
-        if (isNumberChar(c)) continue;
-        if (!exponentSeen && isExponentMark(c)) {
+    for (size_t i = 1; i + 1 < n; ++i) {
+        const unsigned char c = kClassOf(token[i]);
+        if (c == kNumberChar) continue;
+        if (c == kExponent && !exponentSeen) {
             exponentSeen = true;
             continue;
         }
@@ -74,7 +89,8 @@ void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) 
     // them runs on into column 5 (bits past the line's end are clear).
     const uint64_t head = map.FirstWord();
     const uint64_t keyText = head & 0xf;
-    const int keyTokens = __builtin_popcountll(keyText & ~(keyText << 1));
+    const uint64_t keyStarts = keyText & ~(keyText << 1);
+    const bool atMostOneKeyToken = (keyStarts & (keyStarts - 1)) == 0;
     const bool column5 = (head >> 4) & 1;
     const bool crossesColumn5 = column5 && ((head >> 3) & 1);
 
@@ -87,7 +103,7 @@ void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) 
         at = static_cast<int>(t.text - line + t.n);
         return true;
     };
-    const bool aligned = sectionHasKey ? (keyTokens <= 1 && !crossesColumn5) : keyTokens == 0;
+    const bool aligned = sectionHasKey ? (atMostOneKeyToken && !crossesColumn5) : keyText == 0;
     if (aligned) {
         // The card is aligned on the columns: key from columns 1-4, first
         // name from column 5 when it starts there.

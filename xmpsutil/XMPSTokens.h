@@ -111,6 +111,8 @@ private:
 // must be digits, signs or points, except that the first of "DEde" met is
 // accepted once as the exponent mark. The last character is never looked at.
 bool IsANumber(const char* token);
+// The same test of the n characters at token (no NUL among them).
+bool IsANumber(const char* token, size_t n);
 
 // Skips blanks from `source`, copies the next token (at most maxLen
 // characters, the rest of a longer token is passed over) into `target` with
