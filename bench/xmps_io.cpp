@@ -154,14 +154,17 @@ void Guarded(benchmark::State& state, void (*run)(benchmark::State&, const char*
 }
 
 void RegisterAll() {
+    // The ratio gets more rounds than the single timings: it is the figure
+    // the reader is judged by, and the host's speed drifts between rounds.
     struct Kind {
         const char* name;
         void (*run)(benchmark::State&, const char*);
+        int rounds;
     };
-    const Kind kinds[] = {{"MpsRead", MpsRead},
-                          {"XmpsWrite", XmpsWrite},
-                          {"XmpsRead", XmpsRead},
-                          {"XmpsOverMps", XmpsOverMps}};
+    const Kind kinds[] = {{"MpsRead", MpsRead, 3},
+                          {"XmpsWrite", XmpsWrite, 3},
+                          {"XmpsRead", XmpsRead, 3},
+                          {"XmpsOverMps", XmpsOverMps, 5}};
     for (const char* part : {"quarter", "half", "full"}) {
         for (const Kind& k : kinds) {
             benchmark::RegisterBenchmark((std::string(k.name) + "/" + part).c_str(),
@@ -170,7 +173,7 @@ void RegisterAll() {
                                          })
                 ->UseManualTime()
                 ->Unit(benchmark::kMillisecond)
-                ->Iterations(3);
+                ->Iterations(k.rounds);
         }
     }
 }
