@@ -39,10 +39,6 @@ public:
 private:
     // Makes at least `need` bytes available from m_pos unless the input ends.
     void Fill(size_t need);
-    // Consumes the next line of at most maxBytes bytes: its start s and its
-    // byte count n (the line feed included, fed, when within them). False at
-    // the end of input.
-    bool Next(size_t maxBytes, char*& s, size_t& n, bool& fed);
 
     std::istream* m_in = nullptr;
     // Not zero-filled: only read bytes are used. One byte more than

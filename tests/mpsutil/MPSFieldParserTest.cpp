@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -123,6 +124,28 @@ TEST(MPSLineSource, SplitsLongLinesLikeFgetsAndCutsTheText) {
                                            std::string(2500 - 2046, 'x'), "ab", "a", "", "last"};
     EXPECT_EQ(TakeAll("first\r\n" + longLine + "\nab\rcd\n" + std::string("a\0b\n", 4) + "\nlast"),
               want);
+}
+
+// Random text of letters, blanks, line feeds, carriage returns and NULs, at
+// every distance from one another: lines as a plain scan cuts them.
+TEST(MPSLineSource, CutsRandomTextAsAPlainScanDoes) {
+    std::mt19937 rng(11);
+    const char alphabet[] = {'a', 'b', ' ', ' ', '\n', '\r', '\0', 'z', 'q'};
+    for (int round = 0; round < 200; ++round) {
+        // Every other round, stops are rare and lines long.
+        const unsigned sparse = round % 2 == 0 ? 1 : 12;
+        std::string text(static_cast<size_t>(rng() % 300), ' ');
+        for (char& c : text) c = rng() % sparse == 0 ? alphabet[rng() % sizeof alphabet] : 'x';
+        std::vector<std::string> want;
+        for (size_t at = 0; at < text.size();) {
+            const size_t nl = text.find('\n', at);
+            const size_t end = nl == std::string::npos ? text.size() : nl;
+            const std::string line = text.substr(at, end - at);
+            want.push_back(line.substr(0, line.find_first_of(std::string("\r\0", 2))));
+            at = end + 1;
+        }
+        ASSERT_EQ(TakeAll(text), want) << "round " << round;
+    }
 }
 
 TEST(MPSLineSource, LineCutAtTheEndOfTheBufferKeepsItsRemainder) {
