@@ -317,6 +317,7 @@ const xmpstok::LineMap& XMPSReader::PeekMap(const char* line, int len) const {
     if (m_peekMapLine != m_lineCount + 1 || line != m_peekMap.Line() || len != m_peekMap.Length()) {
         m_peekMap.Build(line, len);
         m_peekMapLine = m_lineCount + 1;
+        m_peekFieldsLine = -1;  // located on the map that is gone
     }
     return m_peekMap;
 }

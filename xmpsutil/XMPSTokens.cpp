@@ -67,12 +67,6 @@ bool ExtractToken(int& count, const char* source, char* target, int maxLen) {
     return out != target;
 }
 
-void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans) {
-    LineMap map;
-    map.Build(line, len);
-    LocateFreeFormat(map, sectionHasKey, spans);
-}
-
 void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) {
     const char* line = map.Line();
     const int len = map.Length();
@@ -120,15 +114,11 @@ void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) 
     while (next < kCardFieldCount) set(next++, nullptr, 0, false);
 }
 
-FieldSpan NextToken(const char* line, int len, int from) {
+void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
     LineMap map;
     map.Build(line, len);
-    return map.Next(from);
-}
-
-void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const* fields) {
     FieldSpan spans[kCardFieldCount];
-    LocateFreeFormat(line, len, sectionHasKey, spans);
+    LocateFreeFormat(map, sectionHasKey, spans);
     CopyFields(spans, fields);
 }
 

@@ -139,15 +139,10 @@ struct FieldSpan {
     size_t n = 0;
     bool keyColumns = false;
 };
-void LocateFreeFormat(const char* line, int len, bool sectionHasKey, FieldSpan* spans);
-// LocateFreeFormat on a line already mapped (XMPSLineMap.h).
+// Locates the fields of a line already mapped (XMPSLineMap.h).
 class LineMap;
 void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans);
 // Copies the six located fields into their buffers as ParseFreeFormat does.
 void CopyFields(const FieldSpan* spans, char* const* fields);
-// The first token of `line` (length `len`) at or after offset `from`;
-// absent when only blanks remain. Maps the line for this one token: a
-// caller that wants several tokens of a line maps it once (LineMap).
-FieldSpan NextToken(const char* line, int len, int from);
 
 }  // namespace xmpstok
