@@ -39,10 +39,10 @@ void LPStdDataMgr::PersistAsFile(const char* path) {
 void LPStdDataMgr::PersistAsFile(const char* path, double version) {
     static const char* const kRoutine = "LPStdDataMgr::PersistAsFile";
     // Refuse before the file is created, so a refused save writes nothing.
-    if (!ZEMModelFile::TitleFits(m_title))
-        ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error",
-                  "Model title longer than 128 characters does not fit the ZEMFile header",
-                  kRoutine);
+    ZEMModelState state;
+    state.title = m_title;
+    ZEMModelFile::CheckWritable(state, Content(m_vars, m_eqns, m_matrix, m_sets), {}, kRoutine,
+                                "LPStdDataMgr Error", zemsrc::kLpData);
     ZEMModelFile::WriteToPath(path, kRoutine, zemsrc::kLpData, [&](std::ofstream* os) {
         WriteModelFile(os, version, kRoutine);
     });

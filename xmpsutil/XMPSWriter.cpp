@@ -18,6 +18,7 @@
 #include "nlpdata/INonLinearity.h"
 #include "xmpsutil/XMPSNumberFormat.h"
 #include "xmpsutil/XMPSNumericLocale.h"
+#include "xmpsutil/XMPSWriterCheck.h"
 #include "xmpsutil/XMPSWriterLine.h"
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/IZEMOptionTable.h"
@@ -47,21 +48,24 @@ void XMPSWriter::Destroy() { delete this; }
 // ---- Entry points ----
 
 void XMPSWriter::WriteMPSFile(const char* path) {
+    static const char* const kRoutine = "XMPSWriter::WriteMPSFile";
+    if (m_zem == nullptr) {
+        throw ZEM_Exception("MPS File Write Error", "No LP Data Object Available", kRoutine,
+                            zemsrc::kXmpsUtil, __LINE__);
+    }
+    // A model the format cannot carry is refused before the file is made.
+    xmpscheck::CheckWritable(m_zem, kRoutine);
     OpenMPSFile(path);
     try {
-        if (m_zem == nullptr) {
-            throw ZEM_Exception("MPS File Write Error", "No LP Data Object Available",
-                                "XMPSWriter::WriteMPSFile", zemsrc::kXmpsUtil, __LINE__);
-        }
-        WriteBody("XMPSWriter::WriteMPSFile");
+        WriteBody(kRoutine);
         FlushOutput();
+        CloseMPSFile();
     } catch (...) {
-        // What was written stays in the file.
-        FlushOutput();
+        // No partial file stays behind.
         CloseMPSFile(true);
+        std::remove(path);
         throw;
     }
-    CloseMPSFile();
 }
 
 void XMPSWriter::WriteMPSStream(std::stringstream* out) {
@@ -83,6 +87,7 @@ void XMPSWriter::WriteToStream(std::stringstream* out, const char* routine) {
         throw ZEM_Exception("MPS Stream Write Error", "No stream provided", routine,
                             zemsrc::kXmpsUtil, __LINE__);
     }
+    xmpscheck::CheckWritable(m_zem, routine);
     AttachOutput(out);
     try {
         WriteBody(routine);
@@ -233,11 +238,6 @@ const ILPEquation* ObjectiveRow(IZEMDataMgr* zem) {
     return nullptr;
 }
 
-bool Writable(INonLinearity* term) {
-    return term->GetBlkMember() == 0 && term->NumberOfVariableTerms() > 0 &&
-           term->GetEquationPtr() != nullptr;
-}
-
 }  // namespace
 
 void XMPSWriter::WriteCoefficientCard(ILPNonZero* nz) {
@@ -334,7 +334,7 @@ void XMPSWriter::WriteXLINEARData() {
     for (int pass = 0; pass < 2; ++pass) {
         for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
              t = nl->NextNonLinearityObject()) {
-            if (!Writable(t) || !GoesToXLINEAR(t)) continue;
+            if (!GoesToXLINEAR(t)) continue;
             const bool onObjective = t->GetEquationPtr() == objective;
             if (onObjective == (pass == 0)) WriteProductTerm(t);
         }
@@ -348,7 +348,6 @@ void XMPSWriter::WriteKeywordTerm(INonLinearity* term) {
     }
     ILPEquation* eqn = term->GetEquationPtr();
     const char* keyword = term->GetNonLinearityID();
-    if (keyword == nullptr || keyword[0] == '\0') keyword = "NLUNKNOWN";
     char num[xmpsnum::kNumberBufSize];
     Line line(*this);
     line.ch(' ').ch(RowLetter(eqn)).blanks(2).text(eqn->GetName()).blanks(3).text(keyword).ch(' ');
@@ -389,7 +388,7 @@ void XMPSWriter::WriteNONLINEARData() {
     for (int pass = 0; pass < 2; ++pass) {
         for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
              t = nl->NextNonLinearityObject()) {
-            if (!Writable(t) || GoesToXLINEAR(t)) continue;
+            if (GoesToXLINEAR(t)) continue;
             const bool onObjective = t->GetEquationPtr() == objective;
             if (onObjective == (pass == 0)) WriteKeywordTerm(t);
         }

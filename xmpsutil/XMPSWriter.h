@@ -33,14 +33,10 @@
 //   just its coefficient as constant, else to NONLINEAR with "XPROD".
 // - XOPTION and COMPLEMENT carry the option table and the complementarity
 //   pairs.
-// Numbers lose what their forms cannot hold: six significant digits for
-// coefficients, right-hand sides and ranges, seven for term constants, ten
-// for initial values (and the snapping of values near +1 and -1); bounds
-// and temporary bounds are written exactly. Beyond that the format cannot carry: terms without
-// variables (the reader refuses them; they are left out), members of
-// nonlinear blocks and the blocks' own lines, empty variable groups,
-// options whose texts hold blanks or that have only a second value, and
-// names longer than 128 characters or with blanks.
+// What the format carries, and what the writer refuses before writing
+// anything (a model it cannot carry, naming the first offending entity), is
+// set out in XMPSWriterCheck.h. A file write that fails part way removes the
+// file.
 #pragma once
 
 #include <cstdint>

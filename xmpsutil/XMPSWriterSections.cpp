@@ -20,17 +20,6 @@ namespace {
 
 const char* const kSetKeys[] = {"S1", "S2", "S3", "CS", "TB", "T2", "DP"};
 
-bool Blank(char c) { return c == ' ' || c == '\t'; }
-
-// A text that reads back as one token.
-bool OneToken(const std::string& s) {
-    if (s.empty()) return false;
-    for (char c : s) {
-        if (Blank(c)) return false;
-    }
-    return true;
-}
-
 // The INITIAL key of a basis state, or a blank key for a state that has
 // none (the card then sets the value only).
 const char* StatusKey(int16_t status) {
@@ -139,10 +128,8 @@ void XMPSWriter::WriteSETSData() {
     if (sets == nullptr || sets->NumberOfSpOrdSets() == 0) return;
     SETSCard();
     for (ILPSpOrdSet* s = sets->FrstSpOrdSetObject(); s != nullptr; s = sets->NextSpOrdSetObject()) {
-        const int16_t type = s->GetType();
-        // A set of a type without a key cannot be read back.
-        if (type < 1 || type > 7) continue;
-        const char* key = kSetKeys[type - 1];
+        // The check in front of the writer let only types 1 to 7 through.
+        const char* key = kSetKeys[s->GetType() - 1];
         ILPVariable* member = s->FrstSetVar();
         if (member == nullptr) {
             Line(*this).ch(' ').text(key).ch(' ').text(s->GetName()).put();
@@ -249,9 +236,8 @@ void XMPSWriter::WriteXOPTIONData() {
     bool header = false;
     for (const std::string& name : names) {
         const char* value = table->GetOptionValue(name.c_str());
-        if (value == nullptr || !OneToken(name) || !OneToken(value)) continue;
         const char* second = table->GetOptionSecondValue(name.c_str());
-        const bool withSecond = second != nullptr && OneToken(second);
+        const bool withSecond = second != nullptr && second[0] != '\0';
         if (!header) {
             HeaderLine("XOPTION");
             header = true;

@@ -356,6 +356,7 @@ ZEMModelState ZEMMgr::FileState() const {
     state.matrixIncludesObjective = m_matrixIncludesObjective;
     state.valuesInitialized = m_valuesInitialized;
     state.hybrid = m_hybrid;
+    state.restoreDropsEmptyRows = true;
     return state;
 }
 
@@ -403,10 +404,9 @@ private:
 
 void ZEMMgr::PersistAsFile(const char* path) {
     // Refuse before the file is created, so a refused save writes nothing.
-    if (!ZEMModelFile::TitleFits(m_title))
-        ZEM_RAISE(zemsrc::kZemMgr, "ZEMMgr Error",
-                  "Model title longer than 128 characters does not fit the ZEMFile header",
-                  "ZEMMgr::PersistAsFile");
+    ZEMModelFile::CheckWritable(FileState(), FileContent(),
+                                std::vector<ILPVariableCollection*>(m_collections.begin(), m_collections.end()),
+                                "ZEMMgr::PersistAsFile");
     try {
         ZEMModelFile::WriteToPath(path, "ZEMMgr::PersistAsFile", zemsrc::kZemMgr,
                                   [this](std::ofstream* os) { PersistAsFileStream(os); });

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -15,7 +16,9 @@
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/ZEMBinaryIO.h"
 #include "lpdata/ZEMException.h"
+#include "lpdata/LPRecordIO.h"
 #include "nlpdata/INonLinearModel.h"
+#include "nlpdata/INonLinearity.h"
 #include "zemmgr/IZEMOptionTable.h"
 #include "zemmgr/ZEMOptionTable.h"
 
@@ -63,25 +66,93 @@ bool countsFit(std::istream* is, const int32_t* counts) {
 
 }  // namespace
 
-bool TitleFits(const std::string& title) { return title.size() <= kMaxTitle; }
+namespace {
+
+constexpr size_t kIdentifierMax = 499;
+
+class Refusal {
+public:
+    Refusal(const char* routine, const char* category, const char* src)
+        : m_routine(routine), m_category(category), m_src(src) {}
+    [[noreturn]] void Raise(const char* kind, const char* name, const char* why) const {
+        ZEMRaise(m_category, std::string(kind) + " \"" + (name != nullptr ? name : "") +
+                                 "\" cannot be saved: " + why,
+                 m_routine, m_src, __LINE__);
+    }
+    void Name(const char* kind, const char* name) const {
+        if (name != nullptr && std::strlen(name) > lprec::kNameChars)
+            Raise(kind, name, "its name is longer than the 60 characters the model file keeps");
+    }
+    void Block(const char* kind, const char* name, int block) const {
+        if (block != 0)
+            Raise(kind, name,
+                  "it belongs to a nonlinear block, and blocks are saved by the block component, "
+                  "which this build does not have");
+    }
+
+private:
+    const char* m_routine;
+    const char* m_category;
+    const char* m_src;
+};
+
+}  // namespace
+
+void CheckWritable(const ZEMModelState& state, const ZEMModelContent& content,
+                   const std::vector<ILPVariableCollection*>& collections, const char* routine,
+                   const char* category, const char* src) {
+    if (state.title.size() > kMaxTitle)
+        ZEMRaise(category, "Model title longer than 128 characters does not fit the ZEMFile header",
+                 routine, src, __LINE__);
+    const Refusal refuse(routine, category, src);
+    for (ILPVariable* v = content.vars->FrstVariableObject(); v; v = content.vars->NextVariableObject()) {
+        refuse.Name("Variable", v->GetName());
+        refuse.Block("Variable", v->GetName(), v->GetBlkMember());
+        if (v->GetComplementarityTarget() != nullptr)
+            refuse.Raise("Variable", v->GetName(), "the model file has no place for its complementarity partner");
+        const char* description = v->GetDescription();
+        if (description != nullptr && description[0] != '\0')
+            refuse.Raise("Variable", v->GetName(), "the model file has no place for its description");
+    }
+    for (ILPEquation* e = content.eqns->FrstEquationObject(); e; e = content.eqns->NextEquationObject()) {
+        refuse.Name("Equation", e->GetName());
+        refuse.Block("Equation", e->GetName(), e->GetBlkMember());
+        if (state.restoreDropsEmptyRows && content.matrix->NonZerosInRow(e->GetIndex()) == 0)
+            refuse.Raise("Equation", e->GetName(), "it has no entries, and restoring a model drops such rows");
+    }
+    for (ILPSpOrdSet* s = content.sets->FrstSpOrdSetObject(); s; s = content.sets->NextSpOrdSetObject())
+        refuse.Name("Set", s->GetName());
+    for (ILPVariableCollection* c : collections) refuse.Name("Collection", c->Name());
+    if (content.nonlinear == nullptr) return;
+    for (INonLinearity* t = content.nonlinear->FrstNonLinearityObject(); t;
+         t = content.nonlinear->NextNonLinearityObject()) {
+        const char* id = t->GetNonLinearityID();
+        refuse.Block("Term", id, t->GetBlkMember());
+        if (id != nullptr && std::strlen(id) > kIdentifierMax)
+            refuse.Raise("Term", id, "its identifier is longer than the 499 characters the model file keeps");
+    }
+}
 
 void WriteToPath(const char* path, const char* routine, const char* src,
                  const std::function<void(std::ofstream*)>& write) {
     const char* name = path ? path : "";
     std::ofstream out(name, std::ios::out | std::ios::binary | std::ios::trunc);
     if (!out.is_open()) throw ZEM_ExcpFileError(eFileCreateForWrite, "", name, routine, src, __LINE__);
-    write(&out);
-    out.close();
-    if (out.fail()) throw ZEM_ExcpFileError(eFileWriteError, "", name, routine, src, __LINE__);
+    try {
+        write(&out);
+        out.close();
+        if (out.fail()) throw ZEM_ExcpFileError(eFileWriteError, "", name, routine, src, __LINE__);
+    } catch (...) {
+        if (out.is_open()) out.close();
+        std::remove(name);
+        throw;
+    }
 }
 
 void Write(std::ostream* os, double version, const ZEMModelState& state,
            const ZEMModelContent& content,
            const std::vector<ILPVariableCollection*>& collections, const char* routine) {
-    if (!TitleFits(state.title))
-        ZEM_RAISE(zemsrc::kZemMgr, "ZEMMgr Error",
-                  "Model title longer than 128 characters does not fit the ZEMFile header",
-                  routine);
+    CheckWritable(state, content, collections, routine);
     os->clear();
 
     unsigned char header[kHeaderSize] = {};

@@ -59,6 +59,9 @@ struct ZEMModelState {
     bool matrixIncludesObjective = false;
     bool valuesInitialized = true;
     bool hybrid = false;
+    // Not in the file: the model's restore drops rows without entries (the
+    // model manager's does), so the writer refuses such rows.
+    bool restoreDropsEmptyRows = false;
 };
 
 // How the reader hands over the named collections: `make` gives an empty
@@ -81,11 +84,28 @@ extern const char* const kHeaderReadError;
 extern const char* const kVersionError;
 extern const char* const kElementReadError;
 
-// True when the title fits the header (the writer refuses longer ones).
-bool TitleFits(const std::string& title);
+// What the file carries, at the current version, and what the writer
+// refuses before writing a byte (ZEM_Exception of `category`, naming the
+// entity):
+// - a title over 128 characters ("Model title longer than 128 characters
+//   does not fit the ZEMFile header");
+// - names of variables, equations, sets and collections over 60 characters
+//   (the name blocks and fields keep 60), term identifiers over 499;
+// - equations without matrix entries, for a model whose restore drops them;
+// - what no record has a place for: complementarity partners and variable
+//   descriptions;
+// - members of nonlinear blocks (rows, variables, terms): the sections skip
+//   them, leaving them to the blocks' own section, and this build has no
+//   block component to write them.
+// The working values of a solve that no record holds (relaxed bounds,
+// equation residuals and infeasibilities, model indices) are not part of
+// the model's definition and are not saved. Files of older versions hold what their layouts hold.
+void CheckWritable(const ZEMModelState& state, const ZEMModelContent& content,
+                   const std::vector<ILPVariableCollection*>& collections, const char* routine,
+                   const char* category = "ZEMMgr Error", const char* src = "zemmgr");
 
-// Writes the whole file. Throws ZEM_Exception (routine `routine`) before
-// writing anything when the title does not fit.
+// Writes the whole file, after CheckWritable: a refused model writes
+// nothing.
 void Write(std::ostream* os, double version, const ZEMModelState& state,
            const ZEMModelContent& content,
            const std::vector<ILPVariableCollection*>& collections,
@@ -94,7 +114,8 @@ void Write(std::ostream* os, double version, const ZEMModelState& state,
 // Opens `path` for binary writing (an existing file is truncated) and lets
 // `write` fill it. A path that cannot be opened throws ZEM_ExcpFileError of
 // type 2, a failed write or close one of type 4 (routine `routine`, source
-// tag `src`).
+// tag `src`). When `write` or the close fails, the file is removed: no
+// partial file stays behind. Callers check the model before calling.
 void WriteToPath(const char* path, const char* routine, const char* src,
                  const std::function<void(std::ofstream*)>& write);
 

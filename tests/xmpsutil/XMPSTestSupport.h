@@ -13,6 +13,7 @@
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
 #include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPSpOrdSet.h"
 #include "lpdata/ILPVariable.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/ZEMException.h"
@@ -22,6 +23,7 @@
 #include "xmpsutil/XMPSReader.h"
 #include "xmpsutil/XMPSWriter.h"
 #include "zemmgr/IZEMMgr.h"
+#include "zemmgr/IZEMOptionTable.h"
 
 namespace xmpstest {
 
@@ -37,9 +39,17 @@ inline Model NewModel() {
     return Model(mgr);
 }
 
+// A new model whose title the NAME card will set (a model keeps a title it
+// already has).
+inline Model UntitledModel() {
+    Model model = NewModel();
+    model->SetModelTitle("");
+    return model;
+}
+
 // Reads XMPS text into a new model (exceptions pass on).
 inline Model Read(const std::string& text) {
-    Model model = NewModel();
+    Model model = UntitledModel();
     std::stringstream in(text);
     XMPSReader reader(model.get(), false);
     reader.ReadMPSStream(&in);
@@ -48,7 +58,7 @@ inline Model Read(const std::string& text) {
 
 // Reads a file by the extended reader, or by the standard one.
 inline Model ReadFile(const std::string& path, bool extended = true) {
-    Model model = NewModel();
+    Model model = UntitledModel();
     if (extended) {
         XMPSReader(model.get(), false).ReadMPSFile(path.c_str());
     } else {
@@ -68,6 +78,8 @@ inline ILPVariableList* Vars(IZEMMgr* m) { ILPVariableList* v = nullptr; m->GetV
 inline ILPEquationList* Eqns(IZEMMgr* m) { ILPEquationList* e = nullptr; m->GetEquationCollectionIntf(&e); return e; }
 inline ILPMatrix* Matrix(IZEMMgr* m) { ILPMatrix* x = nullptr; m->GetMatrixIntf(&x); return x; }
 inline INonLinearModel* NL(IZEMMgr* m) { INonLinearModel* n = nullptr; m->GetNonLinearModelIntf(&n); return n; }
+inline ILPSpOrdSetList* Sets(IZEMMgr* m) { ILPSpOrdSetList* s = nullptr; m->GetSpOrdSetCollectionIntf(&s); return s; }
+inline IZEMOptionTable* Options(IZEMMgr* m) { IZEMOptionTable* o = nullptr; m->GetOptionTableIntf(&o); return o; }
 inline ILPVariable* Var(IZEMMgr* m, const char* name) { return Vars(m)->VarNameLookup(name); }
 inline ILPEquation* Eqn(IZEMMgr* m, const char* name) { return Eqns(m)->EqnNameLookup(name); }
 

@@ -1,0 +1,266 @@
+#include "xmpsutil/XMPSWriterCheck.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "lpdata/ILPEquation.h"
+#include "lpdata/ILPEquationList.h"
+#include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
+#include "lpdata/ILPSpOrdSet.h"
+#include "lpdata/ILPVariable.h"
+#include "lpdata/ILPVariableCollection.h"
+#include "lpdata/ILPVariableList.h"
+#include "lpdata/ZEMException.h"
+#include "lpdata/ZEMTypes.h"
+#include "nlpdata/INonLinearBlockList.h"
+#include "nlpdata/INonLinearModel.h"
+#include "nlpdata/INonLinearity.h"
+#include "nlpdata/NLTypeCodes.h"
+#include "xmpsutil/XMPSTokens.h"
+#include "zemmgr/IZEMMgr.h"
+#include "zemmgr/IZEMOptionTable.h"
+
+namespace xmpscheck {
+
+namespace {
+
+constexpr size_t kNameMax = 128;
+
+// Refusals name the entity by kind and name: Variable "X1" cannot be
+// written: <why>.
+class Refusal {
+public:
+    explicit Refusal(const char* routine) : m_routine(routine) {}
+    [[noreturn]] void Raise(const char* kind, const char* name, const std::string& why) const {
+        ZEM_RAISE(zemsrc::kXmpsUtil, "XMPS Write Refused",
+                  std::string(kind) + " \"" + (name != nullptr ? name : "") +
+                      "\" cannot be written: " + why,
+                  m_routine);
+    }
+    void Name(const char* kind, const char* name) const {
+        if (const char* fault = NameFault(name)) Raise(kind, name, fault);
+    }
+    // A variable named on a coefficient or term card.
+    void CardVariable(const ILPVariable* v) const {
+        if (xmpstok::IsANumber(v->GetName())) {
+            Raise("Variable", v->GetName(), "its name reads as a number in the extended format");
+        }
+    }
+
+private:
+    const char* m_routine;
+};
+
+bool IsRowType(int16_t t) { return t >= ZEM_EQN_OBJECTIVE && t <= ZEM_EQN_FREE; }
+
+bool HasStatusKey(int16_t s) {
+    return (s >= ZEM_STATUS_NONBASIC && s <= ZEM_STATUS_NONBASIC_LB) || s == ZEM_STATUS_STEP_BOUNDED;
+}
+
+// A term goes on an XLINEAR card when it is a product of two or more
+// variables with just its coefficient (the writer's rule).
+bool IsXLinearProduct(INonLinearity* t) {
+    return t->GetType() == kNLProduct && t->NumberOfVariableTerms() >= 2 && t->NumberOfNLConstants() == 1;
+}
+
+// Which rows have a card, and what the first "N" card depends on.
+struct RowCards {
+    std::vector<char> hasCard;     // by equation index
+    bool objectiveCoefficient = false;
+    bool objectiveProduct = false;
+    bool freeCoefficient = false;
+    bool freeProduct = false;
+};
+
+void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objective) {
+    ILPEquationList* eqns = nullptr;
+    m->GetEquationCollectionIntf(&eqns);
+    if (eqns == nullptr) return;
+    for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
+        refuse.Name("Equation", e->GetName());
+        if (!IsRowType(e->GetType())) {
+            refuse.Raise("Equation", e->GetName(),
+                         "its type " + std::to_string(e->GetType()) + " has no row key");
+        }
+        if (e->GetBlkMember() != 0) {
+            refuse.Raise("Equation", e->GetName(), "it belongs to a nonlinear block");
+        }
+        if (e->GetType() == ZEM_EQN_OBJECTIVE) {
+            if (objective != nullptr) {
+                refuse.Raise("Equation", e->GetName(),
+                             "it is a second objective; the file carries one");
+            }
+            objective = e;
+        }
+    }
+}
+
+void CheckVariables(IZEMDataMgr* m, const Refusal& refuse) {
+    ILPVariableList* vars = nullptr;
+    m->GetVariableCollectionIntf(&vars);
+    if (vars == nullptr) return;
+    for (ILPVariable* v = vars->FrstVariableObject(); v != nullptr; v = vars->NextVariableObject()) {
+        refuse.Name("Variable", v->GetName());
+        const int16_t type = v->GetVarType();
+        if (type < ZEM_VAR_CONTINUOUS || type > ZEM_VAR_SEMICONTINUOUS) {
+            refuse.Raise("Variable", v->GetName(), "its type " + std::to_string(type) + " has no bound key");
+        }
+        if (!HasStatusKey(v->GetVarStatus())) {
+            refuse.Raise("Variable", v->GetName(),
+                         "its basis state " + std::to_string(v->GetVarStatus()) + " has no key");
+        }
+        if (v->GetBlkMember() != 0) refuse.Raise("Variable", v->GetName(), "it belongs to a nonlinear block");
+        const char* description = v->GetDescription();
+        if (description != nullptr && description[0] != '\0') {
+            refuse.Raise("Variable", v->GetName(), "the format has no place for its description");
+        }
+    }
+}
+
+void CheckMatrix(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objective, RowCards& rows) {
+    ILPMatrix* matrix = nullptr;
+    m->GetMatrixIntf(&matrix);
+    if (matrix == nullptr) return;
+    for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz != nullptr; nz = matrix->NextNonZeroObject()) {
+        ILPEquation* e = nz->GetEquationPtr();
+        if (nz->GetCoefficient() == 0.0) {
+            // Entries of the terms come back with the terms.
+            if (nz->GetNonlinear() != 0) continue;
+            refuse.Raise("Entry", (std::string(e->GetName()) + ", " + nz->GetVariablePtr()->GetName()).c_str(),
+                         "its coefficient is 0, which the format does not write");
+        }
+        refuse.CardVariable(nz->GetVariablePtr());
+        rows.hasCard[static_cast<size_t>(e->GetIndex())] = 1;
+        if (e == objective) rows.objectiveCoefficient = true;
+        if (e->GetType() == ZEM_EQN_FREE) rows.freeCoefficient = true;
+    }
+}
+
+void CheckTerms(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objective, RowCards& rows) {
+    INonLinearModel* nl = nullptr;
+    m->GetNonLinearModelIntf(&nl);
+    if (nl == nullptr) return;
+    INonLinearBlockList* blocks = nl->NLBlockList();
+    if (blocks != nullptr && blocks->NumberOfBlocks() > 0) {
+        refuse.Raise("Model", "", "it holds nonlinear blocks, which the format does not carry");
+    }
+    int position = 0;
+    for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr; t = nl->NextNonLinearityObject()) {
+        ++position;
+        const char* keyword = t->GetNonLinearityID();
+        const std::string label = std::string(keyword != nullptr ? keyword : "") + " #" + std::to_string(position);
+        if (t->GetBlkMember() != 0) refuse.Raise("Term", label.c_str(), "it belongs to a nonlinear block");
+        ILPEquation* e = t->GetEquationPtr();
+        if (e == nullptr) refuse.Raise("Term", label.c_str(), "it has no row");
+        if (t->NumberOfVariableTerms() == 0) {
+            refuse.Raise("Term", label.c_str(), "it has no variable, and the format reads no term without one");
+        }
+        if (t->NumberOfNLConstants() == 0) refuse.Raise("Term", label.c_str(), "it has no coefficient");
+        const bool xlinear = IsXLinearProduct(t);
+        if (!xlinear && (NameFault(keyword) != nullptr || xmpstok::IsANumber(keyword))) {
+            refuse.Raise("Term", label.c_str(), "its keyword cannot stand on a card");
+        }
+        for (ILPVariable* v = t->FrstVar(); v != nullptr; v = t->NextVar()) refuse.CardVariable(v);
+        rows.hasCard[static_cast<size_t>(e->GetIndex())] = 1;
+        if (xlinear && e == objective) rows.objectiveProduct = true;
+        if (xlinear && e->GetType() == ZEM_EQN_FREE) rows.freeProduct = true;
+    }
+}
+
+void CheckRows(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objective, const RowCards& rows) {
+    ILPEquationList* eqns = nullptr;
+    m->GetEquationCollectionIntf(&eqns);
+    if (eqns == nullptr) return;
+    // The first "N" card read makes its row the objective: it must be the
+    // objective's. The objective's coefficients come first, then the other
+    // coefficients, then the products (the objective's first), then the
+    // keyword terms (the objective's first).
+    const bool objectiveFirst =
+        objective != nullptr &&
+        (rows.objectiveCoefficient || (!rows.freeCoefficient && (rows.objectiveProduct || !rows.freeProduct)));
+    for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
+        if (rows.hasCard[static_cast<size_t>(e->GetIndex())] == 0) {
+            refuse.Raise("Equation", e->GetName(),
+                         "it has no coefficient or term, and the format makes rows only from those");
+        }
+        if (e->GetType() == ZEM_EQN_FREE && !objectiveFirst) {
+            refuse.Raise("Equation", e->GetName(),
+                         "a free row whose card would come before the objective's reads back as the objective");
+        }
+    }
+}
+
+void CheckSetsGroupsOptions(IZEMDataMgr* m, const Refusal& refuse) {
+    ILPSpOrdSetList* sets = nullptr;
+    m->GetSpOrdSetCollectionIntf(&sets);
+    if (sets != nullptr) {
+        for (ILPSpOrdSet* s = sets->FrstSpOrdSetObject(); s != nullptr; s = sets->NextSpOrdSetObject()) {
+            refuse.Name("Set", s->GetName());
+            if (s->GetType() < 1 || s->GetType() > 7) {
+                refuse.Raise("Set", s->GetName(), "its type " + std::to_string(s->GetType()) + " has no key");
+            }
+        }
+    }
+    ILPVariableCollection* group = nullptr;
+    for (m->FrstNamedVarCollection(&group); group != nullptr; m->NextNamedVarCollection(&group)) {
+        refuse.Name("Group", group->Name());
+        if (group->CollectionSize() == 0) refuse.Raise("Group", group->Name(), "it is empty");
+        if (group->GetDirection() < -1 || group->GetDirection() > 1 || group->GetType() != 0) {
+            refuse.Raise("Group", group->Name(), "the format carries only the directions in, out and none");
+        }
+    }
+    IZEMOptionTable* table = nullptr;
+    m->GetOptionTableIntf(&table);
+    if (table == nullptr) return;
+    std::vector<std::string> names;
+    table->OptionNames(names);
+    for (const std::string& name : names) {
+        refuse.Name("Option", name.c_str());
+        const char* value = table->GetOptionValue(name.c_str());
+        if (value == nullptr || value[0] == '\0') {
+            refuse.Raise("Option", name.c_str(), "it has no value, which an option card needs");
+        }
+        if (NameFault(value) != nullptr) refuse.Raise("Option", name.c_str(), "its value is not one token");
+        const char* second = table->GetOptionSecondValue(name.c_str());
+        if (second != nullptr && second[0] != '\0' && NameFault(second) != nullptr) {
+            refuse.Raise("Option", name.c_str(), "its second value is not one token");
+        }
+    }
+}
+
+}  // namespace
+
+const char* NameFault(const char* name) {
+    if (name == nullptr || name[0] == '\0') return "it is empty";
+    const size_t n = std::strlen(name);
+    if (n > kNameMax) return "it is longer than 128 characters";
+    for (size_t i = 0; i < n; ++i) {
+        const unsigned char c = static_cast<unsigned char>(name[i]);
+        if (c <= ' ' || c == 0x7F) return "it holds a blank or a control character";
+    }
+    if (n == 1 && name[0] == '\\') return "a lone \"\\\" continues a card";
+    return nullptr;
+}
+
+void CheckWritable(IZEMDataMgr* model, const char* routine) {
+    const Refusal refuse(routine);
+    std::string title;
+    model->GetModelTitle(title);
+    if (const char* fault = NameFault(title.c_str())) refuse.Raise("Title", title.c_str(), fault);
+
+    ILPEquation* objective = nullptr;
+    CheckEquations(model, refuse, objective);
+    CheckVariables(model, refuse);
+    ILPEquationList* eqns = nullptr;
+    model->GetEquationCollectionIntf(&eqns);
+    RowCards rows;
+    rows.hasCard.assign(static_cast<size_t>(eqns != nullptr ? eqns->NumberOfEquations() : 0) + 1, 0);
+    CheckMatrix(model, refuse, objective, rows);
+    CheckTerms(model, refuse, objective, rows);
+    CheckRows(model, refuse, objective, rows);
+    CheckSetsGroupsOptions(model, refuse);
+}
+
+}  // namespace xmpscheck
