@@ -19,7 +19,7 @@ int runConvert(const ParsedArgs& args, std::ostream& out) {
     // Written formats take the whole model.
     model.Zem();
     LoadInput(input, model);
-    format.save(output, model);
+    SaveOutput(format, output, model);
     out.flush();
     return 0;
 }
@@ -37,7 +37,10 @@ Command ConvertCommand() {
             "  .gms   the model as GAMS model input\n"
             "  .txt   a summary: the model's heading with its dimensions and options,\n"
             "         the algebraic listing and the full display\n"
-            "Any other extension is a usage error. An output file that cannot be\n"
-            "written is reported as the library's file error.",
+            "Any other extension is a usage error. A model the format cannot carry is\n"
+            "refused with the entity named, and nothing is written. The file is written\n"
+            "under a temporary name beside OUTPUT and renamed when complete, so a failed\n"
+            "conversion leaves an existing OUTPUT as it was. An output file that cannot\n"
+            "be written is reported as the library's file error.",
             InputOptions({}), runConvert};
 }

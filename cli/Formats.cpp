@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <sstream>
+
+#include <unistd.h>
 
 #include "cli/Args.h"
 #include "cli/CliModel.h"
@@ -110,7 +113,34 @@ std::string extensionOf(const std::string& path) {
     return (dot != std::string::npos && path[dot] == '.') ? lower(path.substr(dot)) : "";
 }
 
+// A temporary path in the same folder as `path`, so that renaming it over
+// `path` stays on one file system.
+std::string temporaryBeside(const std::string& path) {
+    const size_t slash = path.find_last_of('/');
+    const std::string dir = slash == std::string::npos ? "" : path.substr(0, slash + 1);
+    const std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
+    return dir + "." + base + ".zem-" + std::to_string(::getpid()) + ".tmp";
+}
+
 }  // namespace
+
+void SaveOutput(const OutputFormat& format, const std::string& path, CliModel& model) {
+    const std::string temp = temporaryBeside(path);
+    try {
+        format.save(temp, model);
+    } catch (ZEM_ExcpFileError& e) {
+        std::remove(temp.c_str());
+        // The user named the target, not the temporary file.
+        throw ZEM_ExcpFileError(e.ErrorType(), "", path.c_str(), e.Routine().c_str(), "zem");
+    } catch (...) {
+        std::remove(temp.c_str());
+        throw;
+    }
+    if (std::rename(temp.c_str(), path.c_str()) != 0) {
+        std::remove(temp.c_str());
+        throw ZEM_ExcpFileError(eFileWriteError, "", path.c_str(), "zem convert", "zem");
+    }
+}
 
 const std::vector<InputFormat>& InputFormats() {
     static const std::vector<InputFormat> formats = {

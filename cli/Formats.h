@@ -36,3 +36,9 @@ const std::vector<OutputFormat>& OutputFormats();
 // The output format of the path's extension; throws UsageError when there
 // is none.
 const OutputFormat& ResolveOutputFormat(const std::string& path);
+
+// Saves the model in `format` through a temporary file in the target's
+// folder, renamed over `path` only when the whole write succeeded: a failed
+// write leaves an existing target as it was and no temporary file behind.
+// File errors name `path`.
+void SaveOutput(const OutputFormat& format, const std::string& path, CliModel& model);

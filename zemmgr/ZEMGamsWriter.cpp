@@ -2,10 +2,19 @@
 //
 // GAMS names are case-blind, so every name goes through NameScreen. Range
 // rows become two rows, NAME_LE and NAME_GE; the objective row defines the
-// free variable NAME_OBJ and each free row the free variable NAME_FR. The
-// elementary nonlinear terms are written as GAMS expressions; a term type
-// without a closed GAMS form is written as 0 with an end-of-line comment
-// naming it.
+// free variable NAME_OBJ and each free row the free variable NAME_FR.
+//
+// Every term is written as the GAMS algebra of its value:
+//   XPROD, XPROD2   c1 * x1 * ... * xn          CONST, CONSTPROD  a number
+//   EXPX            c1 * exp(c2 + sum)          POW   c1 * rPower(c2, sum)
+//   LNX             c1 * ifThen(X >= eps, log(X), log(eps) + (X - eps) / eps)
+//   XPOW            c1 * rPower(c3 + sum, c2)   DIV   (k * numerator) / (denominator)
+//   EVAP            nested ifThen over T, H = y1 + ... + y(m-1), L = ym
+//   FLTQB           ifThen(B <= A, D - E, B*C + A*D - A*C - B*E)
+// GAMS has no exponential integral and no form for the curve, distillation
+// and external terms: a model holding one (active) is refused before a
+// character is written, naming the term, and so is a model whose names do
+// not make distinct GAMS symbols of at most 63 characters.
 #include <cstdio>
 #include <set>
 #include <sstream>
@@ -73,9 +82,10 @@ std::string gamsTerm(INonLinearity* t) {
         return s;
     }
     case 2: {
-        const double eps = a.consts.size() == 3 ? a.consts[2] : 1e-6;
-        return c1 + " * log(max(" + num(eps) + ", " + num(constAt(a, 1, 0.0)) + " + " +
-               sumOf(a.vars, 0, nv) + "))";
+        const std::string eps = num(a.consts.size() == 3 ? a.consts[2] : 1e-6);
+        const std::string x = "(" + num(constAt(a, 1, 0.0)) + " + " + sumOf(a.vars, 0, nv) + ")";
+        return c1 + " * ifThen(" + x + " >= " + eps + ", log(" + x + "), log(" + eps + ") + (" + x +
+               " - " + eps + ") / " + eps + ")";
     }
     case 3:
         return c1 + " * exp(" + num(constAt(a, 1, 0.0)) + " + " + sumOf(a.vars, 0, nv) + ")";
@@ -96,8 +106,19 @@ std::string gamsTerm(INonLinearity* t) {
         return c1 + " * rPower(" + num(shift) + " + " + sumOf(a.vars, 0, nv) + ", " +
                num(constAt(a, 1, 0.0)) + ")";
     }
+    case 16: {
+        // T is the first constant; H the sum of all variables but the last,
+        // L the last.
+        if (nv == 0) return "";
+        const std::string t = num(constAt(a, 0, 0.0));
+        const std::string high = nv > 1 ? "(" + sumOf(a.vars, 0, nv - 1) + ")" : "0";
+        const std::string& low = a.vars[nv - 1];
+        return "ifThen(" + t + " < " + low + ", 0, ifThen(" + t + " > " + high + ", 100, ifThen(" +
+               high + " = " + low + ", 0, 100 * (" + t + " - " + low + ") / (" + high + " - " + low +
+               "))))";
+    }
     case 20:
-        if (nv != 5) return "";
+        if (nv != 5) return "0";  // the term is 0 without its five variables
         return "ifThen(" + a.vars[1] + " <= " + a.vars[0] + ", " + a.vars[3] + " - " + a.vars[4] +
                ", " + a.vars[1] + " * " + a.vars[2] + " + " + a.vars[0] + " * " + a.vars[3] +
                " - " + a.vars[0] + " * " + a.vars[2] + " - " + a.vars[1] + " * " + a.vars[4] + ")";
@@ -119,9 +140,65 @@ std::string gamsTerm(INonLinearity* t) {
     }
 }
 
+constexpr size_t kGamsNameMax = 63;
+
+[[noreturn]] void refuseGams(const std::string& what, const std::string& why) {
+    ZEM_RAISE(zemsrc::kZemMgr, "ZEMMgr Error", what + " cannot be written as GAMS: " + why,
+              "ZEMMgr::GAMSModelInput");
+}
+
+// Records a GAMS symbol; refuses one that is too long or already taken.
+void claimSymbol(std::set<std::string>& symbols, const std::string& symbol, const char* kind,
+                 const char* name) {
+    const std::string what = std::string(kind) + " \"" + name + "\"";
+    if (symbol.size() > kGamsNameMax)
+        refuseGams(what, "its GAMS name " + symbol + " is longer than 63 characters");
+    if (!symbols.insert(symbol).second) refuseGams(what, "its GAMS name " + symbol + " is taken");
+}
+
 }  // namespace
 
+void ZEMMgr::CheckGAMSWritable() {
+    int position = 0;
+    for (INonLinearity* t = m_nonlinear->FrstNonLinearityObject(); t;
+         t = m_nonlinear->NextNonLinearityObject()) {
+        ++position;
+        if (t->Active() != 0 && gamsTerm(t).empty()) {
+            const char* id = t->GetNonLinearityID();
+            ILPEquation* row = t->GetEquationPtr();
+            refuseGams("Term " + std::string(id ? id : "") + " #" + std::to_string(position) + " on row " +
+                           (row ? row->GetName() : ""),
+                       "GAMS has no form for it");
+        }
+    }
+    std::set<std::string> symbols;
+    for (ILPVariable* v = m_vars->FrstVariableObject(); v; v = m_vars->NextVariableObject())
+        claimSymbol(symbols, screened(v->GetName()), "Variable", v->GetName());
+    std::vector<ILPEquation*> ranged;
+    for (ILPEquation* e = m_eqns->FrstEquationObject(); e; e = m_eqns->NextEquationObject()) {
+        const std::string base = screened(e->GetName());
+        if (e->GetType() == ZEM_EQN_OBJECTIVE) claimSymbol(symbols, base + "_OBJ", "Equation", e->GetName());
+        if (e->GetType() == ZEM_EQN_FREE) claimSymbol(symbols, base + "_FR", "Equation", e->GetName());
+        if (ZEMGetRowLimits(e).ranged)
+            ranged.push_back(e);
+        else
+            claimSymbol(symbols, base, "Equation", e->GetName());
+    }
+    // A range row's halves must not meet another row's name.
+    for (ILPEquation* e : ranged) {
+        const std::string base = screened(e->GetName());
+        if (symbols.count(base + "_LE") != 0 || symbols.count(base + "_GE") != 0)
+            ZEM_RAISE(zemsrc::kZemMgr, "ZEMMgr Error", "Error processing Range Rows in GAMS input generation",
+                      "ZEMMgr::GAMSModelInput");
+        claimSymbol(symbols, base + "_LE", "Equation", e->GetName());
+        claimSymbol(symbols, base + "_GE", "Equation", e->GetName());
+    }
+    claimSymbol(symbols, screened(m_title.empty() ? "ZEMMODEL" : m_title.c_str()), "Model", m_title.c_str());
+}
+
 void ZEMMgr::GAMSModelInput(std::ostream& os) {
+    // Everything is checked before the first character is written.
+    CheckGAMSWritable();
     os << "$OFFSYMLIST\n$OFFSYMXREF\n";
     os << "$EOLCOM # \n\n";
 
@@ -164,8 +241,6 @@ void ZEMMgr::GAMSModelInput(std::ostream& os) {
     }
 
     // Equation names; a range row is declared as its two halves.
-    std::set<std::string> names;
-    for (ILPEquation* e : rows) names.insert(screened(e->GetName()));
     os << "\nEQUATIONS\n";
     std::vector<ILPEquation*> ranged;
     for (ILPEquation* e : rows) {
@@ -178,10 +253,6 @@ void ZEMMgr::GAMSModelInput(std::ostream& os) {
         os << "* Expanded Range Rows\n\n";
         for (ILPEquation* e : ranged) {
             const std::string base = screened(e->GetName());
-            if (names.count(base + "_LE") != 0 || names.count(base + "_GE") != 0)
-                ZEM_RAISE(zemsrc::kZemMgr, "ZEMMgr Error",
-                          "Error processing Range Rows in GAMS input generation",
-                          "ZEMMgr::GAMSModelInput");
             os << "  " << base << "_LE\n  " << base << "_GE\n";
         }
     }
@@ -202,12 +273,7 @@ void ZEMMgr::GAMSModelInput(std::ostream& os) {
         for (INonLinearity* t = m_nonlinear->RowFrstNonLinearityObject(row); t;
              t = m_nonlinear->RowNextNonLinearityObject()) {
             if (t->Active() == 0) continue;
-            const std::string expr = gamsTerm(t);
-            const char* id = t->GetNonLinearityID();
-            if (expr.empty())
-                body << "\n   + 0   # term without GAMS form: " << (id ? id : "");
-            else
-                body << "\n   + " << expr;
+            body << "\n   + " << gamsTerm(t);
         }
         std::string lhs = body.str();
         if (lhs.empty()) lhs = "\n   0";

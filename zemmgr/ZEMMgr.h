@@ -90,6 +90,10 @@ public:
     void SetupModelLinearization() override;
     void NonLinearMatrixDisplay(std::ostream& os) override;
     void GAMSModelInput(std::ostream& os) override;
+    // Refuses (ZEM_Exception naming the entity) a model that GAMSModelInput
+    // cannot write as valid GAMS: a term without a GAMS form, names that do
+    // not make distinct GAMS symbols of at most 63 characters.
+    void CheckGAMSWritable();
     int IAddRef() override;
     int IRelease() override;
     void TrashVariable(ILPVariable* var) override;

@@ -119,13 +119,36 @@ TEST_F(ZemModelFile, InfoCountsTermsAndTheirRowsInEveryFormat) {
     EXPECT_EQ(Json("info --json --format zem '" + renamed + "'")["variables"].number, 17);
 }
 
-TEST_F(ZemModelFile, GamsOutputDeclaresTheModel) {
-    const std::string path = dir_ + "/refinery.gms";
-    const Result r = Run("convert '" + Refinery() + "' '" + path + "'");
+TEST_F(ZemModelFile, GamsOutputWritesTermsAsAlgebraOrRefusesTheModel) {
+    const std::string model = File("terms.xmps",
+                                   "NAME TERMS\n"
+                                   "XLINEAR\n"
+                                   " N  PROFIT  1.0  X\n"
+                                   " L  CAP  1.0  X\n"
+                                   " E  BAL  2.0  X  Y\n"
+                                   "NONLINEAR\n"
+                                   " E  BAL  EXPX  1.5  Y  0.5\n"
+                                   " E  BAL  LNX  2.0  X  1.0\n"
+                                   "RHS\n"
+                                   "    RHS1  CAP  10\n"
+                                   "RANGES\n"
+                                   "    RNG1  CAP  4\n"
+                                   "BOUNDS\n"
+                                   " UP BND1  X  8\n"
+                                   "ENDATA\n");
+    const std::string path = dir_ + "/terms.gms";
+    const Result r = Run("convert '" + model + "' '" + path + "'");
     ASSERT_EQ(r.status, 0) << r.err;
-    // The listing itself is the model manager's; here: it is this model's.
-    ExpectAll(Slurp(path), {"$OFFSYMLIST\n", "CDUCAP_LE", "CDUCAP_GE", "PROFIT_OBJ =E= ",
-                            "  TEMP.LO =  4.500000e+02 ;", "  TEMP.UP =  5.400000e+02 ;"});
+    ExpectAll(Slurp(path), {"$OFFSYMLIST\n", "CAP_LE", "CAP_GE", "PROFIT_OBJ =E= ", "  X.UP =  8.000000e+00 ;",
+                            "+ 2 * X * Y", "+ 1.5 * exp(0.5 + Y)", "+ 2 * ifThen((1 + X) >= 1e-06, log((1 + X))",
+                            "\n   + 2 * X * Y\n   + 1.5 * exp(0.5 + Y)"});
+    // The refinery holds a distillation term, which GAMS cannot express: the
+    // model is refused by name and an existing file stays as it was.
+    const std::string kept = File("kept.gms", "kept\n");
+    const Result refused = Run("convert '" + Refinery() + "' '" + kept + "'");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.err.find("Term DIBIFUNC"), std::string::npos) << refused.err;
+    EXPECT_EQ(Slurp(kept), "kept\n");
 }
 
 TEST_F(ZemModelFile, SummaryHoldsHeadingListingAndOptions) {
@@ -173,7 +196,7 @@ TEST_F(ZemModelFile, OutputsThatCannotBeMadeAreRefused) {
     EXPECT_FALSE(std::filesystem::exists(dir_ + "/out.json"));
     // A directory that does not exist is the library's file error.
     for (const char* name : {"/none/out.zem", "/none/out.gms", "/none/out.txt"}) {
-        const Result r = Run("convert '" + Refinery() + "' '" + dir_ + name + "'");
+        const Result r = Run("convert '" + Blend() + "' '" + dir_ + name + "'");
         EXPECT_EQ(r.status, 1) << name;
         EXPECT_NE(r.err.find("out."), std::string::npos) << name << ": " << r.err;
     }
