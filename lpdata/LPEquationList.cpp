@@ -233,6 +233,8 @@ void LPEquationList::ReadRecords(int n, ILPEquation*** out, std::istream* is, si
             DecodeEquation(e, rec, recordSize);
         },
         [this](const std::vector<ILPEquation*>& batch, size_t nameBytes) {
+            if (m_appending) lprec::RefuseKnownNames(batch, "Equation", "LPEquationList::StreamReadSafe",
+                                              [this](const char* name) { return EqnNameLookup(name) != nullptr; });
             m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
         });
     if (out != nullptr)
@@ -269,5 +271,6 @@ void LPEquationList::StreamRead(int n, ILPEquation*** out, std::istream* is, dou
 }
 
 void LPEquationList::StreamReadSafe(int n, ILPEquation*** out, std::istream* is, double version) {
+    const lprec::ScopedFlag appending(m_appending);
     StreamRead(n, out, is, version);
 }

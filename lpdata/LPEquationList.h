@@ -105,6 +105,9 @@ private:
 
     LPEntityStore<ILPEquation> m_store;
     int m_persisted = 0;
+    // Set while StreamReadSafe appends: a name the list already holds is
+    // refused instead of being added a second time.
+    bool m_appending = false;
     std::map<int16_t, int> m_typeCounts;
     size_t m_cursor = kNoWalk;
     size_t m_internalCursor = kNoWalk;

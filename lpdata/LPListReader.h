@@ -14,6 +14,30 @@
 
 namespace lprec {
 
+// Sets a flag for the life of a scope.
+class ScopedFlag {
+public:
+    explicit ScopedFlag(bool& flag) : m_flag(flag) { m_flag = true; }
+    ~ScopedFlag() { m_flag = false; }
+    ScopedFlag(const ScopedFlag&) = delete;
+    ScopedFlag& operator=(const ScopedFlag&) = delete;
+
+private:
+    bool& m_flag;
+};
+
+// Appending a list refuses, before any of it is added, an entity whose name
+// the list already holds: "Error Safe Append - <kind> of same name already
+// exists: <name>", as the set list does for sets.
+template <class E, class Known>
+void RefuseKnownNames(const std::vector<E*>& batch, const char* kind, const char* routine, Known known) {
+    for (E* e : batch)
+        if (known(e->GetName()))
+            ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error",
+                      std::string("Error Safe Append - ") + kind + " of same name already exists: " + e->GetName(),
+                      routine);
+}
+
 struct ListReadTexts {
     const char* listError;     // short read of the records
     const char* listRoutine;

@@ -237,6 +237,8 @@ void LPVariableList::ReadRecords(int n, ILPVariable*** out, std::istream* is, si
             DecodeVariable(v, rec, recordSize);
         },
         [this](const std::vector<ILPVariable*>& batch, size_t nameBytes) {
+            if (m_appending) lprec::RefuseKnownNames(batch, "Variable", "LPVariableList::StreamReadSafe",
+                                              [this](const char* name) { return VarNameLookup(name) != nullptr; });
             m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
         });
     if (out != nullptr)
@@ -271,5 +273,6 @@ void LPVariableList::StreamReadSafe(int n, ILPVariable*** out, std::istream* is,
         ZEM_RAISE(zemsrc::kLpData, "LPVariableList Error",
                   "Older formats not supported for SafeAppend from binary stream",
                   "LPVariableList::StreamReadSafe");
+    const lprec::ScopedFlag appending(m_appending);
     StreamRead(n, out, is, version);
 }

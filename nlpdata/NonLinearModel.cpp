@@ -401,7 +401,32 @@ void NonLinearModel::AppendNonLinearModel(INonLinearModel* other, ILPVariable** 
         source.push_back(t);
     }
 
+    // A term the row already holds, alike in every part, is the same term:
+    // appending a model twice, or into itself, adds no term twice.
+    auto signature = [](INonLinearity* t, ILPEquation* row, auto variableOf) {
+        std::string key = std::to_string(t->GetType()) + '|' + (t->GetNonLinearityID() ? t->GetNonLinearityID() : "") +
+                          '|' + std::to_string(row->GetIndex()) + '|' + std::to_string(t->Active());
+        for (ILPVariable* v = t->FrstVar(); v; v = t->NextVar()) key += '|' + std::to_string(variableOf(v)->GetIndex());
+        for (INLConstant* c = t->FrstNLConst(); c; c = t->NextNLConst()) {
+            const double value = c->GetValue();
+            key.append(reinterpret_cast<const char*>(&value), sizeof value);
+        }
+        return key;
+    };
+    std::unordered_set<std::string> held;
+    std::unordered_set<ILPEquation*> rowsSeen;
     for (INonLinearity* t : source) {
+        ILPEquation* row = eqns[t->GetEquationPtr()->GetIndex() - 1];
+        if (rowsSeen.insert(row).second)
+            for (INonLinearity* h = RowFrstNonLinearityObject(row->GetIndex()); h; h = RowNextNonLinearityObject())
+                held.insert(signature(h, row, [](ILPVariable* v) { return v; }));
+    }
+
+    for (INonLinearity* t : source) {
+        if (!held.empty() &&
+            held.count(signature(t, eqns[t->GetEquationPtr()->GetIndex() - 1],
+                                 [vars](ILPVariable* v) { return vars[v->GetIndex() - 1]; })) != 0)
+            continue;
         INonLinearity* made = nullptr;
         if (t->GetNonLinearityID())
             CreateNonLinearityObject(t->GetNonLinearityID(), &made);

@@ -89,7 +89,12 @@ public:
     virtual const char* GetModelDir() = 0;
     virtual void SetModelDir(const char* dir) = 0;
     // Adds a copy of another model's content, names wrapped in prefix and
-    // suffix; entities whose wrapped name already exists are shared.
+    // suffix; entities whose wrapped name already exists are shared and keep
+    // their fields. It is a union: an entry at a row and column this model
+    // already has keeps its coefficient, a term alike in every part to one
+    // of its row is not added again, set and group members are not
+    // repeated. So appending a model into itself or the same model twice
+    // without a prefix changes nothing; with a prefix it adds a renamed copy.
     virtual void AppendFromZEM(IZEMMgr* other, const char* prefix, const char* suffix) = 0;
     virtual void GetModelBuilderIntf(IZEMModelBuilder** out) = 0;
     virtual void GetModelExecutionIntf(IZEMModelExecution** out) = 0;
@@ -100,6 +105,12 @@ public:
     virtual void PurgeContent() = 0;
     // PersistAsStream into the manager's own stream (GetLastSerializationStream).
     virtual void PersistToLocalStream() = 0;
+    // Adds a model file's content as new objects (a file that cannot be
+    // opened is skipped). A variable, equation or set whose name the model
+    // already holds is refused ("Error Safe Append - ... of same name
+    // already exists"), so appending a model's own file, or one file twice,
+    // is an error rather than a model with every name twice; what was read
+    // before the refusal stays.
     virtual void AppendFromFile(const char* path) = 0;
     virtual void AppendFromStream(std::istream* is) = 0;
     // Rewinds the write position of the manager's own stream and hands it out.

@@ -2,10 +2,15 @@
 // Append* component operations). Names of appended entities are wrapped in a
 // prefix and a suffix; an entity whose wrapped name already exists here is
 // shared rather than duplicated, so two models that name the same stream
-// connect through it. Each Append* hands out a new[] table (null-terminated)
-// that maps the source's 1-based positions to this model's objects.
+// connect through it. Appending is a union: what this model already holds
+// (a row, a column, a set or group member, an entry at the same row and
+// column, a term alike in every part) stays as it is and is not added again,
+// so appending a model into itself, or the same model twice, changes
+// nothing. Each Append* hands out a new[] table (null-terminated) that maps
+// the source's 1-based positions to this model's objects.
 #include <memory>
 #include <string>
+#include <unordered_set>
 
 #include "lpdata/ILPEquation.h"
 #include "lpdata/ILPEquationList.h"
@@ -124,6 +129,12 @@ void ZEMMgr::AppendMatrix(ILPMatrix* src, ILPNonZero*** map, ILPVariable** varMa
         ILPVariable* var = mapped(varMap, nVars, nz->GetVariableIdx());
         ILPEquation* eqn = mapped(eqnMap, nEqns, nz->GetEquationIdx());
         if (var == nullptr || eqn == nullptr) continue;
+        // An entry this model already has is the same entry: it keeps its
+        // coefficient, as a shared row or column keeps its fields.
+        if (ILPNonZero* held = matrix->ExistIncidence(eqn->GetIndex(), var->GetIndex())) {
+            table[i++] = held;
+            continue;
+        }
         ILPNonZero* mine = nullptr;
         matrix->CreateNewNonZeroObject(&mine);
         mine->SetEquationPtr(eqn);
@@ -150,8 +161,12 @@ void ZEMMgr::AppendSOSList(ILPSpOrdSetList* src, ILPSpOrdSet*** map, ILPVariable
             mine->SetName(name.c_str());
             mine->SetType(s->GetType());
         }
-        for (ILPVariable* v = s->FrstSetVar(); v; v = s->NextSetVar())
-            if (ILPVariable* mv = mapped(varMap, nVars, v->GetIndex())) mine->AddVariableObject(mv);
+        std::unordered_set<ILPVariable*> members;
+        for (ILPVariable* v = mine->FrstSetVar(); v; v = mine->NextSetVar()) members.insert(v);
+        for (ILPVariable* v = s->FrstSetVar(); v; v = s->NextSetVar()) {
+            ILPVariable* mv = mapped(varMap, nVars, v->GetIndex());
+            if (mv != nullptr && members.insert(mv).second) mine->AddVariableObject(mv);
+        }
         if (fresh) m_sets->AddSpOrdSetObject(mine);
         table[i++] = mine;
     }
@@ -171,22 +186,25 @@ void ZEMMgr::AppendVarCollection(std::list<ILPVariableCollection*>& src, ILPVari
             mine->SetDirection(col->GetDirection());
             mine->SetType(col->GetType());
         }
-        for (ILPVariable* v = col->FrstVariableObject(); v; v = col->NextVariableObject())
-            if (ILPVariable* mv = mapped(varMap, nVars, v->GetIndex())) mine->AddVariableObject(mv);
+        std::unordered_set<ILPVariable*> members;
+        for (ILPVariable* v = mine->FrstVariableObject(); v; v = mine->NextVariableObject()) members.insert(v);
+        for (ILPVariable* v = col->FrstVariableObject(); v; v = col->NextVariableObject()) {
+            ILPVariable* mv = mapped(varMap, nVars, v->GetIndex());
+            if (mv != nullptr && members.insert(mv).second) mine->AddVariableObject(mv);
+        }
     }
 }
 
 void ZEMMgr::AppendFromZEM(IZEMMgr* other, const char* prefix, const char* suffix) {
     if (other == nullptr) return;
     if (other == this) {
-        // Appending a model to itself goes through a copy, so no walk runs
-        // over a list that grows under it.
+        // Without a prefix or suffix every name is shared: nothing to add.
+        if ((prefix == nullptr || *prefix == '\0') && (suffix == nullptr || *suffix == '\0')) return;
+        // Otherwise through a copy, so no walk runs over a list that grows
+        // under it.
         std::unique_ptr<ZEMMgr, void (*)(ZEMMgr*)> copy(new ZEMMgr(),
                                                         [](ZEMMgr* m) { m->Destroy(); });
-        std::stringstream ss;
-        PersistAsStream(&ss);
-        ss.seekg(0);
-        copy->RestoreFromStream(&ss);
+        copy->AppendFromZEM(this, "", "");
         AppendFromZEM(copy.get(), prefix, suffix);
         return;
     }
