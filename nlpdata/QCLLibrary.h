@@ -29,7 +29,7 @@ public:
     // Largest count (correlations, properties, coefficients, slacks) taken
     // from a library; an output-by-input derivative array is bounded by its
     // square.
-    static constexpr int32_t kMaxCount = 4096;
+    static constexpr int32_t kMaxCount = 1024;
 
     // The path to open: `configured` when not empty, else the environment
     // variable, else the default next to libzemxmps.so.
