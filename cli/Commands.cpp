@@ -2,6 +2,8 @@
 
 #include "cli/CliModel.h"
 #include "cli/Formats.h"
+#include "nlpdata/INonLinearModel.h"
+#include "zemmgr/IZEMMgr.h"
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand(),
@@ -11,6 +13,9 @@ const std::vector<Command>& Commands() {
 
 std::vector<OptionSpec> InputOptions(std::vector<OptionSpec> more) {
     more.push_back({"--format", "NAME", "read FILE in this format instead of the one its extension names"});
+    more.push_back({"--correlations", "PATH",
+                    "the correlation library for correlation terms (default: $ZEM_QCL_LIBRARY,\n"
+                    "                  else libzemqcl.so beside libzemxmps.so)"});
     return more;
 }
 
@@ -22,6 +27,10 @@ void LoadInput(const ParsedArgs& args, CliModel& model) {
     const std::string& path = args.positionals[0];
     const InputFormat& format = ResolveInputFormat(path, args.Value("--format"));
     format.load(path, model);
+    // The library is opened only when a correlation term is evaluated.
+    INonLinearModel* nl = nullptr;
+    if (args.values.count("--correlations") && model.ZemIfAny()) model.ZemIfAny()->GetNonLinearModelIntf(&nl);
+    if (nl) nl->SetQCLLibraryPath(args.Value("--correlations").c_str());
 }
 
 namespace {

@@ -178,6 +178,10 @@ public:
     // Detaches the term from its row, variables and entries and deletes it.
     virtual void RemoveNonLinearity(INonLinearity* term) = 0;
     virtual void BulkRemoveNonLinearity(INonLinearity** terms, int count) = 0;
+    // The correlation library to open on first use ("" = the environment
+    // variable ZEM_QCL_LIBRARY, else libzemqcl.so next to libzemxmps.so).
+    virtual void SetQCLLibraryPath(const char* path) = 0;
+    virtual const char* GetQCLLibraryPath() = 0;
 
 protected:
     virtual void ReIndexRowNonLinearityMap(int removedRow) = 0;

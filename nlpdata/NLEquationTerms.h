@@ -1,7 +1,8 @@
 // The equation-type and wrapper terms, which the nonlinear model or its block
 // list make because they need the model's context:
 //   NonLinearityBlockEquation ("NLBLKEQ", code 8)  - an equation of a nonlinear block
-//   NonLinearityQCLEquation   ("QCLEQ", code 9)    - a blending-correlation equation
+//   NonLinearityQCLEquation   ("QCLEQ", code 9)    - a blending-correlation equation,
+//                                                    in nlpdata/NLQCLEquation.h
 //   NonLinearityNLEEquation   ("USEREQ", code 11)  - a user equation
 //   NonLinearityWrap          ("WRAPEQ", code 12)  - a wrapper around another term
 //   NonLinearitySCDEquation   ("SCDEQ", code 13)   - a closed distillation-model equation
@@ -11,8 +12,8 @@
 // when none is given), together with its arguments and constants, and
 // survives writing and reading.
 //
-// Their evaluation is not built: each evaluates to 0 and adds no
-// derivatives. A wrapper remembers the term handed to AddNonlinearityRef and
+// Apart from the correlation term, their evaluation is not built: each
+// evaluates to 0 and adds no derivatives. A wrapper remembers the term handed to AddNonlinearityRef and
 // returns it from GetNonlinearityRef; it does not own it.
 #pragma once
 
@@ -40,11 +41,6 @@ private:
 class NonLinearityBlockEquation : public NonLinearityEquationTerm {
 public:
     explicit NonLinearityBlockEquation(const char* identifier = nullptr);
-};
-
-class NonLinearityQCLEquation : public NonLinearityEquationTerm {
-public:
-    explicit NonLinearityQCLEquation(const char* identifier = nullptr);
 };
 
 class NonLinearityNLEEquation : public NonLinearityEquationTerm {

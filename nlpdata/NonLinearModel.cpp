@@ -20,7 +20,9 @@
 #include "nlpdata/INonLinearityFactory.h"
 #include "nlpdata/NLConstant.h"
 #include "nlpdata/NLEquationTerms.h"
+#include "nlpdata/NLQCLEquation.h"
 #include "nlpdata/NonLinearBlockList.h"
+#include "nlpdata/QCLBinding.h"
 #include "nlpdata/NLTypeCodes.h"
 
 NonLinearModel::NonLinearModel(ILPVariableList* vars, ILPEquationList* eqns)
@@ -70,11 +72,6 @@ void NonLinearModel::CloseLogFiles() {
     if (m_eqnLog.is_open()) m_eqnLog.close();
     m_hqclLog.clear();
     m_eqnLog.clear();
-}
-
-bool NonLinearModel::GetQCLCorrelationId(int, std::string& id) {
-    id.clear();
-    return false;
 }
 
 void NonLinearModel::GetMatrixIntf(ILPMatrix** out) {
@@ -510,7 +507,8 @@ void MakeEquationTerm(const char* name, INonLinearity** out) {
 }  // namespace
 
 void NonLinearModel::CreateNLQclObject(const char* name, INonLinearity** out) {
-    MakeEquationTerm<NonLinearityQCLEquation>(name, out);
+    if (!out) return;
+    *out = new (std::nothrow) NonLinearityQCLEquation(name, this);
 }
 
 void NonLinearModel::CreateNLScdObject(const char* name, INonLinearity** out) {

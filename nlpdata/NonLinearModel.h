@@ -49,10 +49,13 @@
 // used as given (the model directory is not prefixed). Each
 // PreEvaluateModel starts the equation log with the new-iteration line.
 //
-// Components not built into this library: the blending-correlation binding
-// (InitializeQCL returns false, GetQCLCorrelationCount 0,
-// GetQCLCorrelationId false, GetQCLCorrelationIndex -1,
-// AddQCLCorrelationInstance null), the closed distillation model
+// Correlation library (QCLBinding): opened on first use of a correlation,
+// never at construction; see nlpdata/QCLLibrary.h for where it is found and
+// nlpdata/QCLLibraryAbi.h for what it must export. The correlation slots
+// (InitializeQCL ... AddQCLCorrelationInstance) load it when needed and throw
+// ZEM_Exception when it is missing or incomplete.
+//
+// Components not built into this library: the closed distillation model
 // (PreEvaluateSCDModel returns false; the closed model pointer is only
 // stored) and external blocks (nothing to pre-evaluate).
 #pragma once
@@ -71,6 +74,7 @@
 class LPEquationList;
 class LPMatrix;
 class LPVariableList;
+class QCLBinding;
 
 class NonLinearModel : public INonLinearModel {
 public:
@@ -164,13 +168,16 @@ public:
     void DisplayByColumn(std::ostream& os) override;
     void OverrideNonLinearityFactory(INonLinearityFactory* factory) override;
     void GetVarAndEqnLists(ILPVariableList** vars, ILPEquationList** eqns) override;
-    bool InitializeQCL() override { return false; }
-    void CreateQCLIdMap() override {}
-    int GetQCLCorrelationCount() override { return 0; }
+    bool InitializeQCL() override;
+    void CreateQCLIdMap() override;
+    int GetQCLCorrelationCount() override;
+    // Correlation numbers are the library's, 0 .. count - 1.
     bool GetQCLCorrelationId(int index, std::string& id) override;
-    int GetQCLCorrelationIndex(std::string) override { return -1; }
-    IQCLCorrelation* AddQCLCorrelationInstance(int) override { return nullptr; }
-    void UninitializeQCL() override {}
+    int GetQCLCorrelationIndex(std::string id) override;
+    IQCLCorrelation* AddQCLCorrelationInstance(int index) override;
+    void UninitializeQCL() override;
+    void SetQCLLibraryPath(const char* path) override;
+    const char* GetQCLLibraryPath() override;
     void SetSCDClosedModel(ISCDClosedModel* closed) override { m_scdClosed = closed; }
     ISCDClosedModel* GetSCDClosedModel() override { return m_scdClosed; }
     // The stored first distillation-equation term (code 13); when none is
@@ -185,7 +192,8 @@ public:
     const char* GetEqnLogFile() override { return m_eqnLogName.c_str(); }
     void SetEqnLogFile(const char* path) override { m_eqnLogName = path ? path : ""; }
     bool GetHqcl() override { return m_hqcl; }
-    void SetHqcl(bool on) override { m_hqcl = on; }
+    // Also sets the log flag of the correlation instances made so far.
+    void SetHqcl(bool on) override;
     bool GetEqn() override { return m_eqn; }
     void SetEqn(bool on) override { m_eqn = on; }
     int GetRank() override { return m_rank; }
@@ -224,6 +232,9 @@ public:
     std::ostream* EqnLog() { return m_eqnLog.is_open() ? &m_eqnLog : nullptr; }
     std::ostream* HqclLog() { return m_hqclLog.is_open() ? &m_hqclLog : nullptr; }
     int GetJacobianMode() const { return m_jacobianMode; }
+    // The shared correlation instance for the library correlation named `id`,
+    // loading the library on first use; throws ZEM_Exception when it cannot.
+    IQCLCorrelation* QCLInstance(const std::string& id);
     void SetNLBlockList(INonLinearBlockList* blocks);
 
 protected:
@@ -335,4 +346,7 @@ private:
     int m_jacobianMode = 0;
     ISCDClosedModel* m_scdClosed = nullptr;
     INonLinearity* m_firstScd = nullptr;
+    // The correlation library binding, made on first use.
+    QCLBinding& Qcl();
+    std::unique_ptr<QCLBinding> m_qcl;
 };

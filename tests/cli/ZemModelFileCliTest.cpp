@@ -40,14 +40,15 @@ TEST_F(ZemModelFile, ModelFileDumpsExactlyAsTheXmpsItCameFrom) {
     // The comparison is not vacuous: every part of the model is there.
     const jsontest::Value doc = jsontest::Parse(fromZem.out);
     EXPECT_EQ(doc["title"].text, "REFINERY");
-    EXPECT_EQ(doc["variables"].items.size(), 17u);
+    EXPECT_EQ(doc["variables"].items.size(), 18u);
     const jsontest::Value& terms = doc["terms"];
-    ASSERT_EQ(terms.items.size(), 10u);
+    ASSERT_EQ(terms.items.size(), 11u);
     // The product written among the linear coefficients comes first.
     std::string keywords;
     for (const jsontest::Value& t : terms.items) keywords += t["keyword"].text + " ";
     EXPECT_EQ(keywords.substr(0, 15), "XPROD DIV EXPX ");
-    EXPECT_EQ(terms[7]["keyword"].text + " " + terms[9]["keyword"].text, "FLTQB CONST");
+    EXPECT_EQ(terms[7]["keyword"].text + " " + terms[9]["keyword"].text + " " + terms[10]["keyword"].text,
+              "FLTQB QCLEQ:RVP CONST");
     EXPECT_EQ(terms[1]["equation"].text, "OCTANE");
     EXPECT_EQ(Texts(terms[1]["variables"]),
               (std::vector<std::string>{"NAPHTHA", "REFORMATE", "NAPHTHA", "REFORMATE"}));
@@ -100,13 +101,13 @@ TEST_F(ZemModelFile, InfoCountsTermsAndTheirRowsInEveryFormat) {
     const std::string zemFile = RefineryZem();
     for (const std::string& path : {Refinery(), zemFile}) {
         const jsontest::Value v = Json("info --json '" + path + "'");
-        EXPECT_EQ(v["nonlinear_terms"].number, 10) << path;
+        EXPECT_EQ(v["nonlinear_terms"].number, 11) << path;
         // REFCAP and ENERGYUSE hold two terms each; OCTANE, VAPOUR,
-        // SEVERITY, TANKQ, DISTEVAP and PROFIT one each.
-        EXPECT_EQ(v["nonlinear_equations"].number, 8) << path;
+        // SEVERITY, TANKQ, DISTEVAP, RVPBLEND and PROFIT one each.
+        EXPECT_EQ(v["nonlinear_equations"].number, 9) << path;
     }
     const Result text = Run("info '" + zemFile + "'");
-    EXPECT_NE(text.out.find("Nonlinear:  10 terms in 8 equations\n"), std::string::npos) << text.out;
+    EXPECT_NE(text.out.find("Nonlinear:  11 terms in 9 equations\n"), std::string::npos) << text.out;
 
     // A standard MPS model converted to a model file reads back the same.
     const std::string blendZem = dir_ + "/blend.zem";
@@ -116,7 +117,7 @@ TEST_F(ZemModelFile, InfoCountsTermsAndTheirRowsInEveryFormat) {
     const std::string renamed = dir_ + "/refinery.bin";
     std::filesystem::copy_file(zemFile, renamed);
     EXPECT_EQ(Run("info '" + renamed + "'").status, 2);
-    EXPECT_EQ(Json("info --json --format zem '" + renamed + "'")["variables"].number, 17);
+    EXPECT_EQ(Json("info --json --format zem '" + renamed + "'")["variables"].number, 18);
 }
 
 TEST_F(ZemModelFile, GamsOutputWritesTermsAsAlgebraOrRefusesTheModel) {
@@ -157,7 +158,7 @@ TEST_F(ZemModelFile, SummaryHoldsHeadingListingAndOptions) {
     const Result r = Run("convert '" + RefineryZem() + "' '" + path + "'");
     ASSERT_EQ(r.status, 0) << r.err;
     const std::string txt = Slurp(path);
-    ExpectAll(txt, {"M O D E L   T I T L E   :  REFINERY\n\n", "D I M E N S I O N S : N = 17; M = 14; M (Nonlinear) = 8;",
+    ExpectAll(txt, {"M O D E L   T I T L E   :  REFINERY\n\n", "D I M E N S I O N S : N = 18; M = 15; M (Nonlinear) = 9;",
                     "  ITERLIM : 500\n"});
     // The heading comes first, then the algebraic listing.
     EXPECT_LT(txt.find("Z E M   D A T A"), txt.find("A L G E B R A I C"));

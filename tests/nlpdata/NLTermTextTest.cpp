@@ -9,6 +9,7 @@
 
 #include "NLRig.h"
 #include "nlpdata/NLEquationTerms.h"
+#include "nlpdata/NLQCLEquation.h"
 
 namespace {
 
@@ -122,8 +123,6 @@ TEST(EquationTerms, KeepTheirFullIdentifierAndAddNothing) {
     } cases[] = {
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityBlockEquation("NLBLKEQ:B1")), 8,
          "NLBLKEQ", "BLOCK EQUATION"},
-        {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityQCLEquation("QCLEQ:RVP:1")), 9,
-         "QCLEQ", "QCL EQUATION"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityNLEEquation("USEREQ:f")), 11,
          "USEREQ", "USER EQUATION"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityWrap("WRAPEQ:w")), 12, "WRAPEQ",

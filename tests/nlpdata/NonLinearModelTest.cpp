@@ -324,13 +324,6 @@ TEST(NonLinearModelListing, DisplayShowsMatrixThenPoolAndByColumnOrders) {
 
 TEST(NonLinearModelSettings, UnbuiltComponentsReportFailure) {
     ModelRig m;
-    EXPECT_FALSE(m.model->InitializeQCL());
-    EXPECT_EQ(m.model->GetQCLCorrelationCount(), 0);
-    std::string id = "x";
-    EXPECT_FALSE(m.model->GetQCLCorrelationId(1, id));
-    EXPECT_EQ(id, "");
-    EXPECT_EQ(m.model->GetQCLCorrelationIndex("A"), -1);
-    EXPECT_EQ(m.model->AddQCLCorrelationInstance(1), nullptr);
     EXPECT_FALSE(m.model->PreEvaluateSCDModel(nullptr));
     ASSERT_NE(m.model->NLBlockList(), nullptr);
     EXPECT_EQ(m.model->NLBlockList()->NumberOfBlocks(), 0);

@@ -1,0 +1,44 @@
+// zem with correlation terms: the library's default place, --correlations
+// and the environment variable, and the correlation log of zem display.
+#include "ZemCliTestSupport.h"
+
+using namespace clitest;
+
+using ZemCorrelations = ZemRun;
+
+TEST_F(ZemCorrelations, EvalFindsTheLibraryAndHonoursItsSettings) {
+    // 30 * 20.0328 + 20 * 5.65685 - 50 * 8^1.25 at the example's point.
+    Result r = Run("eval '" + Refinery() + "'");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\nRVPBLEND 41.40386779"), std::string::npos);
+    EXPECT_NE(r.out.find("\nRVPBLEND RVPG -105.1120519"), std::string::npos);
+
+    const std::string incomplete = std::string(ZEM_BINARY_DIR) + "/tests/qcltest/libzemqcl_incomplete.so";
+    r = Run("eval '" + Refinery() + "' --correlations '" + incomplete + "'");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("lacks the entry point gfx_qclGenCalc"), std::string::npos) << r.err;
+    // The option wins over the environment variable, which wins over the default.
+    r = Run("eval '" + Refinery() + "' --correlations '" + std::string(ZEM_BINARY_DIR) + "/libzemqcl.so'");
+    EXPECT_EQ(r.status, 0) << r.err;
+    setenv("ZEM_QCL_LIBRARY", "/nonexistent/libqcl.so", 1);
+    r = Run("eval '" + Refinery() + "'");
+    unsetenv("ZEM_QCL_LIBRARY");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("/nonexistent/libqcl.so"), std::string::npos) << r.err;
+}
+
+TEST_F(ZemCorrelations, ModelFileKeepsCorrelationTerms) {
+    const std::string zemFile = dir_ + "/refinery.zem";
+    ASSERT_EQ(Run("convert '" + Refinery() + "' '" + zemFile + "'").status, 0);
+    const Result a = Run("eval '" + Refinery() + "'"), b = Run("eval '" + zemFile + "'");
+    ASSERT_EQ(b.status, 0) << b.err;
+    EXPECT_EQ(b.out, a.out);
+}
+
+TEST_F(ZemCorrelations, DisplayShowsTheCorrelationLog) {
+    const Result r = Run("display '" + Refinery() + "' --correlation-log");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("C O R R E L A T I O N   L O G\n\nEquation: RVPBLEND\nPCC Flow: 50\nCorrIndex: 0\n"
+                         "Input Values: RVP = 8\nOutput Property: RVPI = 13.45434264\n"),
+              std::string::npos);
+}
