@@ -18,24 +18,16 @@ ILPVariableCollection* Col(void* h) { return As<ILPVariableCollection>(h); }
 extern "C" {
 
 int32_t MakeAddReturnNamedVarCollection(void* mgr, const char* name, void** out) {
-    ILPVariableCollection* c = nullptr;
-    Mgr(mgr)->NewNamedVarCollection(name, &c);
-    return StoreFound(out, c);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::NewNamedVarCollection, name, out);
 }
 int32_t FindNamedVarCollection(void* mgr, const char* name, void** out) {
-    ILPVariableCollection* c = nullptr;
-    Mgr(mgr)->FindNamedVarCollection(name, &c);
-    return StoreFound(out, c);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::FindNamedVarCollection, name, out);
 }
 int32_t FirstNamedVarCollection(void* mgr, void** out) {
-    ILPVariableCollection* c = nullptr;
-    Mgr(mgr)->FrstNamedVarCollection(&c);
-    return StoreFound(out, c);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::FrstNamedVarCollection, out);
 }
 int32_t NextNamedVarCollection(void* mgr, void** out) {
-    ILPVariableCollection* c = nullptr;
-    Mgr(mgr)->NextNamedVarCollection(&c);
-    return StoreFound(out, c);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::NextNamedVarCollection, out);
 }
 int32_t RemoveNamedVarCollection(void* mgr, const char* name) {
     return Mgr(mgr)->RemoveNamedVarCollection(name) ? 0 : 1;

@@ -19,17 +19,23 @@ namespace {
 ILPMatrix* Matrix(void* h) { return As<ILPMatrix>(h); }
 ILPNonZero* NonZero(void* h) { return As<ILPNonZero>(h); }
 
-// The entry at the named row and column of the model, or null.
-ILPNonZero* EntryByNames(void* mgr, const char* eqnName, const char* varName, ILPMatrix** matrix) {
+// Removes or trashes the entry at the named row and column of the model;
+// 1 when the row, the column or the entry does not exist.
+int32_t DropByNames(void* mgr, const char* eqnName, const char* varName,
+                    void (ILPMatrix::*drop)(ILPNonZero*)) {
     IZEMMgr* m = As<IZEMMgr>(mgr);
     ILPVariableList* vars = nullptr;
     ILPEquationList* eqns = nullptr;
+    ILPMatrix* matrix = nullptr;
     m->GetVariableCollectionIntf(&vars);
     m->GetEquationCollectionIntf(&eqns);
-    m->GetMatrixIntf(matrix);
+    m->GetMatrixIntf(&matrix);
     ILPEquation* e = eqns->EqnNameLookup(eqnName);
     ILPVariable* v = vars->VarNameLookup(varName);
-    return e && v ? (*matrix)->ExistIncidence(e->GetIndex(), v->GetIndex()) : nullptr;
+    ILPNonZero* nz = e && v ? matrix->ExistIncidence(e->GetIndex(), v->GetIndex()) : nullptr;
+    if (!nz) return 1;
+    (matrix->*drop)(nz);
+    return 0;
 }
 
 }  // namespace
@@ -72,22 +78,14 @@ int32_t RemoveNonZero(void* matrix, void* nz) {
     return 0;
 }
 int32_t RemoveNonZeroByNames(void* mgr, const char* eqnName, const char* varName) {
-    ILPMatrix* matrix = nullptr;
-    ILPNonZero* nz = EntryByNames(mgr, eqnName, varName, &matrix);
-    if (!nz) return 1;
-    matrix->RemoveNonZero(nz);
-    return 0;
+    return DropByNames(mgr, eqnName, varName, &ILPMatrix::RemoveNonZero);
 }
 int32_t TrashNonZero(void* matrix, void* nz) {
     Matrix(matrix)->TrashNonZero(NonZero(nz));
     return 0;
 }
 int32_t TrashNonZeroByNames(void* mgr, const char* eqnName, const char* varName) {
-    ILPMatrix* matrix = nullptr;
-    ILPNonZero* nz = EntryByNames(mgr, eqnName, varName, &matrix);
-    if (!nz) return 1;
-    matrix->TrashNonZero(nz);
-    return 0;
+    return DropByNames(mgr, eqnName, varName, &ILPMatrix::TrashNonZero);
 }
 int32_t EmptyNonZeroTrash(void* matrix) {
     Matrix(matrix)->EmptyNonZeroTrash();

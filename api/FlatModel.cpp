@@ -55,9 +55,7 @@ int32_t ReleaseZEMObject(void* mgr) {
 }
 
 int32_t GetZEMBuilder(void* mgr, void** out) {
-    IZEMModelBuilder* b = nullptr;
-    Mgr(mgr)->GetModelBuilderIntf(&b);
-    return StoreFound(out, b);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::GetModelBuilderIntf, out);
 }
 
 int32_t SetZEMModelName(void* mgr, const char* title) {
@@ -120,27 +118,19 @@ int32_t PutOptionTable(void* mgr, const char* key, const char* value) {
 }
 
 int32_t GetVariableCollectionIntf(void* mgr, void** out) {
-    ILPVariableList* p = nullptr;
-    Mgr(mgr)->GetVariableCollectionIntf(&p);
-    return StoreFound(out, p);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::GetVariableCollectionIntf, out);
 }
 
 int32_t GetEquationCollectionIntf(void* mgr, void** out) {
-    ILPEquationList* p = nullptr;
-    Mgr(mgr)->GetEquationCollectionIntf(&p);
-    return StoreFound(out, p);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::GetEquationCollectionIntf, out);
 }
 
 int32_t GetMatrixIntf(void* mgr, void** out) {
-    ILPMatrix* p = nullptr;
-    Mgr(mgr)->GetMatrixIntf(&p);
-    return StoreFound(out, p);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::GetMatrixIntf, out);
 }
 
 int32_t GetNonLinearModelIntf(void* mgr, void** out) {
-    INonLinearModel* p = nullptr;
-    Mgr(mgr)->GetNonLinearModelIntf(&p);
-    return StoreFound(out, p);
+    return flat::AskFound(Mgr(mgr), &IZEMMgr::GetNonLinearModelIntf, out);
 }
 
 int32_t RestoreFromZEMFile(void* mgr, const char* path) {

@@ -29,6 +29,21 @@ int32_t StoreFound(void** out, T* p) {
     return 0;
 }
 
+// Asks `obj` for a component or an entity through an out-parameter
+// operation and applies the StoreFound rule to the answer.
+template <typename T, typename Obj, typename Cls>
+int32_t AskFound(Obj* obj, void (Cls::*ask)(T**), void** out) {
+    T* p = nullptr;
+    (obj->*ask)(&p);
+    return StoreFound(out, p);
+}
+template <typename T, typename Obj, typename Cls>
+int32_t AskFound(Obj* obj, void (Cls::*ask)(const char*, T**), const char* name, void** out) {
+    T* p = nullptr;
+    (obj->*ask)(name, &p);
+    return StoreFound(out, p);
+}
+
 // Copies the whole text with its NUL (the direct getters).
 inline void CopyWhole(char* buf, const char* text) {
     const char* t = text ? text : "";

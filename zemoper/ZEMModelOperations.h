@@ -25,7 +25,9 @@
 // nonzeros are paired by row and column names; nonlinear terms are paired
 // within each pair of rows by type and variables, and their constants
 // compared. An entity present on one side only gives the line
-//   "Problem <Kind> <name> is in p1 but not in p2" (or the reverse).
+//   "Problem <Kind> <name> is in p1 but not in p2" (or the reverse),
+// where a nonzero is named "ROW/COLUMN" and a term
+// "for Equation ROW in Variables X Y".
 // Each line of an entity's Compare text becomes one difference.
 #pragma once
 
@@ -37,7 +39,7 @@ class IZEMDataMgr;
 
 struct ZEMModelDifference {
     std::string kind;  // "Variable", "Equation", "NonZero", "Nonlinearity"
-    std::string name;  // the entity's name; "row/column" for a nonzero, the row for a term
+    std::string name;  // the entity's name; "ROW/COLUMN" for a nonzero, the row for a term
     std::string text;  // one report line, without its line feed
 };
 
