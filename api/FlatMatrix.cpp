@@ -10,6 +10,7 @@
 #include "lpdata/ILPVariableList.h"
 #include "nlpdata/INonLinearModel.h"
 #include "zemmgr/IZEMMgr.h"
+#include "zemoper/ZEMModelParts.h"
 
 using flat::As;
 using flat::StoreFound;
@@ -23,18 +24,12 @@ ILPNonZero* NonZero(void* h) { return As<ILPNonZero>(h); }
 // 1 when the row, the column or the entry does not exist.
 int32_t DropByNames(void* mgr, const char* eqnName, const char* varName,
                     void (ILPMatrix::*drop)(ILPNonZero*)) {
-    IZEMMgr* m = As<IZEMMgr>(mgr);
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    m->GetVariableCollectionIntf(&vars);
-    m->GetEquationCollectionIntf(&eqns);
-    m->GetMatrixIntf(&matrix);
-    ILPEquation* e = eqns->EqnNameLookup(eqnName);
-    ILPVariable* v = vars->VarNameLookup(varName);
-    ILPNonZero* nz = e && v ? matrix->ExistIncidence(e->GetIndex(), v->GetIndex()) : nullptr;
+    const ZEMModelParts m(As<IZEMMgr>(mgr));
+    ILPEquation* e = m.eqns->EqnNameLookup(eqnName);
+    ILPVariable* v = m.vars->VarNameLookup(varName);
+    ILPNonZero* nz = e && v ? m.matrix->ExistIncidence(e->GetIndex(), v->GetIndex()) : nullptr;
     if (!nz) return 1;
-    (matrix->*drop)(nz);
+    (m.matrix->*drop)(nz);
     return 0;
 }
 

@@ -22,22 +22,11 @@
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/ZEMModelFile.h"
 #include "zemoper/ZEMModelOperations.h"
+#include "zemoper/ZEMModelParts.h"
 
 namespace {
 
-struct ModelParts {
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    INonLinearModel* terms = nullptr;
-
-    explicit ModelParts(IZEMDataMgr* m) {
-        m->GetVariableCollectionIntf(&vars);
-        m->GetEquationCollectionIntf(&eqns);
-        m->GetMatrixIntf(&matrix);
-        m->GetNonLinearModelIntf(&terms);
-    }
-};
+using ModelParts = ZEMModelParts;
 
 class DifferenceList {
 public:
