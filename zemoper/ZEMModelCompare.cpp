@@ -32,13 +32,15 @@ class DifferenceList {
 public:
     explicit DifferenceList(std::vector<ZEMModelDifference>& out) : m_out(out) {}
 
-    // Every non-empty line of `text` becomes one difference.
+    // Every non-blank line of `text`, without its outer blanks, becomes one
+    // difference.
     void Lines(const char* kind, const std::string& name, const std::string& text) {
         std::istringstream in(text);
         for (std::string line; std::getline(in, line);) {
+            const size_t begin = line.find_first_not_of(' ');
+            if (begin == std::string::npos) continue;
             const size_t end = line.find_last_not_of(' ');
-            if (end == std::string::npos) continue;
-            m_out.push_back({kind, name, line.substr(0, end + 1)});
+            m_out.push_back({kind, name, line.substr(begin, end + 1 - begin)});
         }
     }
 

@@ -70,7 +70,8 @@ TEST(ZEMModelCompare, EqualModelsHaveNoDifferenceAndEachChangedFieldGivesItsLine
 
     const auto term = Texts(ops.CompareModels(a.get(), Build(0.7).get(), 1e-6));
     ASSERT_EQ(term.size(), 1u);
-    EXPECT_NE(term[0].find("but NOT in constants (p1 = 0.5, p2 = 0.7)"), std::string::npos);
+    EXPECT_EQ(term[0], "Problem p1 Nonlinearity for Equation OBJ matches a Problem p2 "
+                       "Nonlinearity in Variables X Y  but NOT in constants (p1 = 0.5, p2 = 0.7)");
 }
 
 TEST(ZEMModelCompare, EntitiesOnOneSideAreNamedWithTheirSide) {
