@@ -87,7 +87,8 @@ int32_t GetNonLinearModelIntf(void* mgr, void** out);
  * CopyFromZEM saves `src` into memory and restores it into `dst`.
  * RestoreFromMPSStream takes a std::stringstream* (C++ callers only).
  * WritePenaltyFile returns the manager's result. CheckDuplicateNames joins
- * `dir` and `file` (the joined path must be shorter than 1,024 bytes, else
+ * `dir` and `file`, with a '/' between them unless `dir` is empty or ends
+ * in '/' or '\' (the joined path must be shorter than 1,024 bytes, else
  * ZEM_Exception), writes the report of names that collide once screened to
  * that file and returns the number of colliding groups (0 when none).
  * CompareZEMtoBasis reads the basis model from the extended MPS file named
