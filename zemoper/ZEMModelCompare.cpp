@@ -54,67 +54,136 @@ private:
     std::vector<ZEMModelDifference>& m_out;
 };
 
+// Counterparts of the other model's entities by 1-based index, both ways,
+// filled while variables and equations are compared, so that entries are
+// paired without a name look-up each.
+template <typename T>
+class IndexPairs {
+public:
+    void Pair(T* first, T* second) {
+        Put(m_ab, first->GetIndex(), second);
+        Put(m_ba, second->GetIndex(), first);
+    }
+    T* InSecond(T* first) const { return At(m_ab, first->GetIndex()); }
+    T* InFirst(T* second) const { return At(m_ba, second->GetIndex()); }
+
+private:
+    static void Put(std::vector<T*>& v, int index, T* p) {
+        if (index < 0) return;
+        if (static_cast<size_t>(index) >= v.size()) v.resize(static_cast<size_t>(index) + 1, nullptr);
+        v[static_cast<size_t>(index)] = p;
+    }
+    static T* At(const std::vector<T*>& v, int index) {
+        return index >= 0 && static_cast<size_t>(index) < v.size() ? v[static_cast<size_t>(index)]
+                                                                   : nullptr;
+    }
+    std::vector<T*> m_ab, m_ba;
+};
+
+struct Pairing {
+    IndexPairs<ILPVariable> vars;
+    IndexPairs<ILPEquation> eqns;
+};
+
+// Reused by every entity's Compare: emptied before each use.
+std::ostringstream& Fresh(std::ostringstream& text) {
+    text.str(std::string());
+    text.clear();
+    return text;
+}
+
 void CompareVariables(const ModelParts& a, const ModelParts& b, double tol, bool values,
-                      DifferenceList& diffs) {
+                      Pairing& pairs, DifferenceList& diffs) {
+    std::ostringstream text;
     for (ILPVariable* v = a.vars->FrstVariableObject(); v; v = a.vars->NextVariableObject()) {
         ILPVariable* w = b.vars->VarNameLookup(v->GetName());
         if (!w) {
             diffs.OneSide("Variable", v->GetName(), true);
             continue;
         }
-        std::ostringstream text;
-        v->Compare(w, text, 0, values, false, true, tol, a.matrix->NonZerosInColumn(v->GetIndex()),
+        pairs.vars.Pair(v, w);
+        v->Compare(w, Fresh(text), 0, values, false, true, tol,
+                   a.matrix->NonZerosInColumn(v->GetIndex()),
                    b.matrix->NonZerosInColumn(w->GetIndex()));
         diffs.Lines("Variable", v->GetName(), text.str());
     }
     for (ILPVariable* w = b.vars->FrstVariableObject(); w; w = b.vars->NextVariableObject())
-        if (!a.vars->VarNameLookup(w->GetName())) diffs.OneSide("Variable", w->GetName(), false);
+        if (!pairs.vars.InFirst(w)) diffs.OneSide("Variable", w->GetName(), false);
 }
 
 void CompareEquations(const ModelParts& a, const ModelParts& b, double tol, bool values,
-                      DifferenceList& diffs) {
+                      Pairing& pairs, DifferenceList& diffs) {
+    std::ostringstream text;
     for (ILPEquation* e = a.eqns->FrstEquationObject(); e; e = a.eqns->NextEquationObject()) {
         ILPEquation* f = b.eqns->EqnNameLookup(e->GetName());
         if (!f) {
             diffs.OneSide("Equation", e->GetName(), true);
             continue;
         }
-        std::ostringstream text;
-        e->Compare(f, text, 0, values, tol, a.matrix->NonZerosInRow(e->GetIndex()),
+        pairs.eqns.Pair(e, f);
+        e->Compare(f, Fresh(text), 0, values, tol, a.matrix->NonZerosInRow(e->GetIndex()),
                    b.matrix->NonZerosInRow(f->GetIndex()), true);
         diffs.Lines("Equation", e->GetName(), text.str());
     }
     for (ILPEquation* f = b.eqns->FrstEquationObject(); f; f = b.eqns->NextEquationObject())
-        if (!a.eqns->EqnNameLookup(f->GetName())) diffs.OneSide("Equation", f->GetName(), false);
-}
-
-// The entry of `to` at the row and column named like `nz`'s, if any.
-ILPNonZero* Counterpart(ILPNonZero* nz, const ModelParts& to) {
-    ILPEquation* e = to.eqns->EqnNameLookup(nz->GetEquationPtr()->GetName());
-    ILPVariable* v = to.vars->VarNameLookup(nz->GetVariablePtr()->GetName());
-    return e && v ? to.matrix->ExistIncidence(e->GetIndex(), v->GetIndex()) : nullptr;
+        if (!pairs.eqns.InFirst(f)) diffs.OneSide("Equation", f->GetName(), false);
 }
 
 std::string EntryName(ILPNonZero* nz) {
     return std::string(nz->GetEquationPtr()->GetName()) + "/" + nz->GetVariablePtr()->GetName();
 }
 
-void CompareNonZeros(const ModelParts& a, const ModelParts& b, double tol,
+// Entries are paired row by row: the second model's row is spread into a
+// slot per first-model column, then the first model's row is read against
+// the slots, so each entry is touched a fixed number of times.
+void CompareNonZeros(const ModelParts& a, const ModelParts& b, double tol, const Pairing& pairs,
                      DifferenceList& diffs) {
-    for (ILPNonZero* nz = a.matrix->FrstNonZeroObjectByRow(); nz;
-         nz = a.matrix->NextNonZeroObjectByRow()) {
-        ILPNonZero* other = Counterpart(nz, b);
-        if (!other) {
-            diffs.OneSide("NonZero", EntryName(nz), true);
-            continue;
+    std::vector<ILPNonZero*> slot(static_cast<size_t>(a.vars->NumberOfVariables()) + 1, nullptr);
+    auto slotOf = [&](ILPVariable* v) -> ILPNonZero*& {
+        const size_t i = static_cast<size_t>(v->GetIndex());
+        if (i >= slot.size()) slot.resize(i + 1, nullptr);
+        return slot[i];
+    };
+    std::ostringstream text;
+    for (ILPEquation* e = a.eqns->FrstEquationObject(); e; e = a.eqns->NextEquationObject()) {
+        ILPEquation* f = pairs.eqns.InSecond(e);
+        if (f) {
+            for (ILPNonZero* nz = b.matrix->RowFrstNonZeroObject(f->GetIndex()); nz;
+                 nz = b.matrix->RowNextNonZeroObject()) {
+                ILPVariable* v = pairs.vars.InFirst(nz->GetVariablePtr());
+                if (v)
+                    slotOf(v) = nz;
+                else
+                    diffs.OneSide("NonZero", EntryName(nz), false);
+            }
         }
-        std::ostringstream text;
-        nz->Compare(other, 0, tol, text);
-        diffs.Lines("NonZero", EntryName(nz), text.str());
+        for (ILPNonZero* nz = a.matrix->RowFrstNonZeroObject(e->GetIndex()); nz;
+             nz = a.matrix->RowNextNonZeroObject()) {
+            ILPNonZero*& other = slotOf(nz->GetVariablePtr());
+            if (!other) {
+                diffs.OneSide("NonZero", EntryName(nz), true);
+                continue;
+            }
+            nz->Compare(other, 0, tol, Fresh(text));
+            diffs.Lines("NonZero", EntryName(nz), text.str());
+            other = nullptr;
+        }
+        if (!f) continue;
+        // What is left in the slots is in the second model only.
+        for (ILPNonZero* nz = b.matrix->RowFrstNonZeroObject(f->GetIndex()); nz;
+             nz = b.matrix->RowNextNonZeroObject()) {
+            ILPVariable* v = pairs.vars.InFirst(nz->GetVariablePtr());
+            if (!v || slotOf(v) != nz) continue;
+            diffs.OneSide("NonZero", EntryName(nz), false);
+            slotOf(v) = nullptr;
+        }
     }
-    for (ILPNonZero* nz = b.matrix->FrstNonZeroObjectByRow(); nz;
-         nz = b.matrix->NextNonZeroObjectByRow())
-        if (!Counterpart(nz, a)) diffs.OneSide("NonZero", EntryName(nz), false);
+    for (ILPEquation* f = b.eqns->FrstEquationObject(); f; f = b.eqns->NextEquationObject()) {
+        if (pairs.eqns.InFirst(f)) continue;
+        for (ILPNonZero* nz = b.matrix->RowFrstNonZeroObject(f->GetIndex()); nz;
+             nz = b.matrix->RowNextNonZeroObject())
+            diffs.OneSide("NonZero", EntryName(nz), false);
+    }
 }
 
 // Terms are paired by row name, type and the set of their variables' names;
@@ -184,9 +253,10 @@ std::vector<ZEMModelDifference> ZEMModelOperations::CompareModels(IZEMDataMgr* a
                   "ZEMModelOperations::CompareModels");
     std::vector<ZEMModelDifference> out;
     DifferenceList diffs(out);
-    CompareVariables(pa, pb, tolerance, checkValues, diffs);
-    CompareEquations(pa, pb, tolerance, checkValues, diffs);
-    CompareNonZeros(pa, pb, tolerance, diffs);
+    Pairing pairs;
+    CompareVariables(pa, pb, tolerance, checkValues, pairs, diffs);
+    CompareEquations(pa, pb, tolerance, checkValues, pairs, diffs);
+    CompareNonZeros(pa, pb, tolerance, pairs, diffs);
     CompareTerms(pa, pb, tolerance, diffs);
     return out;
 }
