@@ -92,41 +92,46 @@ std::ostringstream& Fresh(std::ostringstream& text) {
     return text;
 }
 
-void CompareVariables(const ModelParts& a, const ModelParts& b, double tol, bool values,
-                      Pairing& pairs, DifferenceList& diffs) {
+// Pairs the entities of two lists by name, lets `compare` write the
+// differences of each pair, and names those present on one side only.
+template <typename T, typename List, typename CompareFn>
+void CompareNamed(const char* kind, List* a, List* b, T* (List::*first)(), T* (List::*next)(),
+                  T* (List::*lookup)(const char*), IndexPairs<T>& pairs, DifferenceList& diffs,
+                  CompareFn compare) {
     std::ostringstream text;
-    for (ILPVariable* v = a.vars->FrstVariableObject(); v; v = a.vars->NextVariableObject()) {
-        ILPVariable* w = b.vars->VarNameLookup(v->GetName());
-        if (!w) {
-            diffs.OneSide("Variable", v->GetName(), true);
+    for (T* x = (a->*first)(); x; x = (a->*next)()) {
+        T* y = (b->*lookup)(x->GetName());
+        if (!y) {
+            diffs.OneSide(kind, x->GetName(), true);
             continue;
         }
-        pairs.vars.Pair(v, w);
-        v->Compare(w, Fresh(text), 0, values, false, true, tol,
-                   a.matrix->NonZerosInColumn(v->GetIndex()),
-                   b.matrix->NonZerosInColumn(w->GetIndex()));
-        diffs.Lines("Variable", v->GetName(), text.str());
+        pairs.Pair(x, y);
+        compare(x, y, Fresh(text));
+        diffs.Lines(kind, x->GetName(), text.str());
     }
-    for (ILPVariable* w = b.vars->FrstVariableObject(); w; w = b.vars->NextVariableObject())
-        if (!pairs.vars.InFirst(w)) diffs.OneSide("Variable", w->GetName(), false);
+    for (T* y = (b->*first)(); y; y = (b->*next)())
+        if (!pairs.InFirst(y)) diffs.OneSide(kind, y->GetName(), false);
+}
+
+void CompareVariables(const ModelParts& a, const ModelParts& b, double tol, bool values,
+                      Pairing& pairs, DifferenceList& diffs) {
+    CompareNamed("Variable", a.vars, b.vars, &ILPVariableList::FrstVariableObject,
+                 &ILPVariableList::NextVariableObject, &ILPVariableList::VarNameLookup, pairs.vars,
+                 diffs, [&](ILPVariable* v, ILPVariable* w, std::ostream& os) {
+                     v->Compare(w, os, 0, values, false, true, tol,
+                                a.matrix->NonZerosInColumn(v->GetIndex()),
+                                b.matrix->NonZerosInColumn(w->GetIndex()));
+                 });
 }
 
 void CompareEquations(const ModelParts& a, const ModelParts& b, double tol, bool values,
                       Pairing& pairs, DifferenceList& diffs) {
-    std::ostringstream text;
-    for (ILPEquation* e = a.eqns->FrstEquationObject(); e; e = a.eqns->NextEquationObject()) {
-        ILPEquation* f = b.eqns->EqnNameLookup(e->GetName());
-        if (!f) {
-            diffs.OneSide("Equation", e->GetName(), true);
-            continue;
-        }
-        pairs.eqns.Pair(e, f);
-        e->Compare(f, Fresh(text), 0, values, tol, a.matrix->NonZerosInRow(e->GetIndex()),
-                   b.matrix->NonZerosInRow(f->GetIndex()), true);
-        diffs.Lines("Equation", e->GetName(), text.str());
-    }
-    for (ILPEquation* f = b.eqns->FrstEquationObject(); f; f = b.eqns->NextEquationObject())
-        if (!pairs.eqns.InFirst(f)) diffs.OneSide("Equation", f->GetName(), false);
+    CompareNamed("Equation", a.eqns, b.eqns, &ILPEquationList::FrstEquationObject,
+                 &ILPEquationList::NextEquationObject, &ILPEquationList::EqnNameLookup, pairs.eqns,
+                 diffs, [&](ILPEquation* e, ILPEquation* f, std::ostream& os) {
+                     e->Compare(f, os, 0, values, tol, a.matrix->NonZerosInRow(e->GetIndex()),
+                                b.matrix->NonZerosInRow(f->GetIndex()), true);
+                 });
 }
 
 std::string EntryName(ILPNonZero* nz) {
