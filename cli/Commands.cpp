@@ -7,7 +7,8 @@
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand(),
-                                                  EvalCommand(), ConvertCommand()};
+                                                  EvalCommand(), ConvertCommand(),
+                                                  DiffCommand()};
     return commands;
 }
 
