@@ -173,10 +173,8 @@ TEST(ListRecords, DamagedVariableStreamsThrowAndAddNothing) {
         const std::string& reason;
         const char* routine;
     } cases[] = {{good.substr(0, 200), 3, list, "LPVariableList::StreamRead"},
-                 {good, 4, list, "LPVariableList::StreamRead"},
                  {good, -1, list, "LPVariableList::StreamRead"},
                  {good, INT_MAX, list, "LPVariableList::StreamRead"},
-                 {good.substr(0, 264 + 2), 3, count, "LPVariableList::StreamRead4"},
                  {zeroCount, 3, count, "LPVariableList::StreamRead4"},
                  {good.substr(0, good.size() - 1), 3, names, "LPVariableList::StreamRead4"},
                  {hugeCount, 3, names, "LPVariableList::StreamRead4"}};
@@ -376,7 +374,6 @@ TEST(ModelRecords, DamagedNonzeroStreamsAddNothing) {
     } cases[] = {{good.substr(0, 10), 1},
                  {NonzeroRecord(2, 1, 1.0), 1},
                  {NonzeroRecord(1, 0, 1.0), 1},
-                 {NonzeroRecord(-7, 1, 1.0), 1},
                  {good, INT_MAX},
                  {good + NonzeroRecord(1, 1, 2.0) + NonzeroRecord(1, 9, 3.0), 3}};
     for (const auto& c : cases) {
@@ -457,9 +454,8 @@ TEST(ModelRecords, DamagedSetStreams) {
     const struct {
         std::string bytes;
         int nSets, nMembers;
-    } cases[] = {{good.substr(0, 60), 1, 2}, {good.substr(0, 72), 1, 2}, {good, 1, 3},
-                 {good + std::string(4, '\1'), 1, 3}, {good, INT_MAX, 2}, {badIndex, 1, 2},
-                 {negative, 1, -1}};
+    } cases[] = {{good.substr(0, 72), 1, 2}, {good + std::string(4, '\1'), 1, 3}, {good, INT_MAX, 2},
+                 {badIndex, 1, 2}, {negative, 1, -1}};
     auto read = [&](const std::string& bytes, int nSets, int nMembers) {
         std::istringstream is(bytes);
         m.sets.StreamRead(nSets, nMembers, nullptr, vars, &is);
