@@ -108,44 +108,29 @@ TEST_F(ZemModelFile, InfoCountsTermsAndTheirRowsInEveryFormat) {
     const Result text = Run("info '" + zemFile + "'");
     EXPECT_NE(text.out.find("Nonlinear:  10 terms in 8 equations\n"), std::string::npos) << text.out;
 
-    // A standard MPS model converted to a model file reads back the same.
-    const std::string blendZem = dir_ + "/blend.zem";
-    ASSERT_EQ(Run("convert '" + Blend() + "' '" + blendZem + "'").status, 0);
-    EXPECT_EQ(Run("dump '" + blendZem + "'").out, Run("dump '" + Blend() + "'").out);
     // The format can be named when the extension does not tell it.
     const std::string renamed = dir_ + "/refinery.bin";
     std::filesystem::copy_file(zemFile, renamed);
-    EXPECT_EQ(Run("info '" + renamed + "'").status, 2);
     EXPECT_EQ(Json("info --json --format zem '" + renamed + "'").at("variables").get<double>(), 17);
 }
 
-TEST_F(ZemModelFile, GamsOutputDeclaresTheModel) {
-    const std::string path = dir_ + "/refinery.gms";
-    const Result r = Run("convert '" + Refinery() + "' '" + path + "'");
-    ASSERT_EQ(r.status, 0) << r.err;
-    // The listing itself is the model manager's; here: it is this model's.
-    ExpectAll(Slurp(path), {"$OFFSYMLIST\n", "CDUCAP_LE", "CDUCAP_GE", "PROFIT_OBJ =E= ",
-                            "  TEMP.LO =  4.500000e+02 ;", "  TEMP.UP =  5.400000e+02 ;"});
-}
-
-TEST_F(ZemModelFile, SummaryHoldsHeadingListingAndOptions) {
-    const std::string path = dir_ + "/refinery.txt";
-    // Written from the model file, so the summary shows what it restored.
-    const Result r = Run("convert '" + RefineryZem() + "' '" + path + "'");
-    ASSERT_EQ(r.status, 0) << r.err;
-    const std::string txt = Slurp(path);
-    ExpectAll(txt, {"M O D E L   T I T L E   :  REFINERY\n\n", "D I M E N S I O N S : N = 17; M = 14; M (Nonlinear) = 8;",
-                    "  ITERLIM : 500\n"});
-    // The heading comes first, then the algebraic listing.
-    EXPECT_LT(txt.find("Z E M   D A T A"), txt.find("A L G E B R A I C"));
+// The listings themselves are the model manager's; here: convert picks the
+// writer by extension, and the summary shows what the model file restored.
+TEST_F(ZemModelFile, ConvertWritesGamsAndSummaryListings) {
+    const std::string gms = dir_ + "/refinery.gms", txt = dir_ + "/refinery.txt";
+    ASSERT_EQ(Run("convert '" + Refinery() + "' '" + gms + "'").status, 0);
+    ExpectAll(Slurp(gms), {"$OFFSYMLIST\n", "PROFIT_OBJ =E= ", "  TEMP.LO =  4.500000e+02 ;"});
+    ASSERT_EQ(Run("convert '" + RefineryZem() + "' '" + txt + "'").status, 0);
+    const std::string summary = Slurp(txt);
+    ExpectAll(summary, {"M O D E L   T I T L E   :  REFINERY\n\n", "  ITERLIM : 500\n"});
+    EXPECT_LT(summary.find("Z E M   D A T A"), summary.find("A L G E B R A I C"));
 }
 
 TEST_F(ZemModelFile, DamagedOrMissingModelFilesExitWithOne) {
     const std::string whole = Slurp(RefineryZem());
     ASSERT_GT(whole.size(), 400u);
-    // Cut in the header, just after it, and in the middle of the sections.
-    for (const size_t keep : {size_t(100), size_t(144), size_t(200), whole.size() / 2,
-                              whole.size() - 3}) {
+    // Cut just after the header, and in the middle of the sections.
+    for (const size_t keep : {size_t(144), whole.size() / 2}) {
         const std::string cut = File("cut.zem", whole.substr(0, keep));
         for (const char* command : {"info", "dump"}) {
             const Result r = Run(std::string(command) + " '" + cut + "'");
