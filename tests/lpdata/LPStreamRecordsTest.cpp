@@ -95,25 +95,10 @@ TEST(ListRecords, EmptyListsWriteNothing) {
     EXPECT_EQ(is.tellg(), 0);
 }
 
-TEST(ListRecords, LongNamesAreCutToSixtyCharacters) {
-    const std::string longName(70, 'N');
-    LPVariableList vars;
-    vars.InsertVariable(longName.c_str());
-    std::stringstream ss;
-    vars.StreamWrite4(&ss);
-    EXPECT_EQ(zembin::get32(Bytes(ss.str()) + 88), 61);
-    EXPECT_EQ(ss.str().substr(92), std::string(60, 'N') + std::string(1, '\0'));
-    LPVariableList back;
-    ILPVariable** table = nullptr;
-    back.StreamRead4(1, &table, &ss);
-    EXPECT_EQ(std::string(table[0]->GetName()), std::string(60, 'N'));
-    EXPECT_EQ(back.VarNameLookup(std::string(60, 'N').c_str()), table[0]);
-    delete[] table;
-}
-
 // Write, read back, write again: the second image must equal the first (the
 // layout tests pin the writer's offsets, so this pins the reader's), and the
 // entities read must be the table handed out, indexed after what was there.
+// Names longer than 60 characters come back cut to 60.
 TEST(ListRecords, RandomListsRoundTrip) {
     std::mt19937 rng(7);
     for (double version : {2000.0, 2011.3, 2016.0, 2020.1}) {
@@ -137,7 +122,9 @@ TEST(ListRecords, RandomListsRoundTrip) {
             EXPECT_EQ(vt[i]->GetIndex(), i + 2);
             EXPECT_EQ(et[i]->GetIndex(), i + 1);
         }
-        EXPECT_EQ(vdst.VarNameLookup(Cut(vsrc.FrstVariableObject()->GetName()).c_str()), vt[0]);
+        ILPVariable* from = vsrc.FrstVariableObject();
+        for (int i = 0; i < 300; ++i, from = vsrc.NextVariableObject())
+            EXPECT_EQ(vdst.VarNameLookup(Cut(from->GetName()).c_str()), vt[i]);
         vdst.RemoveVariable(vdst.VarNameLookup("ALREADY_THERE"));
         std::ostringstream again;
         vdst.StreamWrite(&again, version);
