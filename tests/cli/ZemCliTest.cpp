@@ -72,90 +72,90 @@ TEST_F(ZemCli, InfoSummarisesTheExampleModel) {
               "Sets:       0\n"
               "Nonlinear:  0 terms in 0 equations\n");
 
-    const jsontest::Value v = Json("info --json '" + Blend() + "'");
+    const Doc v = Json("info --json '" + Blend() + "'");
     EXPECT_EQ(KeyList(v), "title,variables,equations,nonzeros,sets,nonlinear_terms,nonlinear_equations,"
                           "variable_types,equation_types");
-    EXPECT_EQ(v["title"].text, "BLEND");
+    EXPECT_EQ(v.at("title").get<std::string>(), "BLEND");
     EXPECT_EQ(Numbers(v, {"variables", "equations", "nonzeros", "sets", "nonlinear_terms", "nonlinear_equations"}),
               (std::vector<double>{4, 6, 23, 0, 0, 0}));
-    EXPECT_EQ(KeyList(v["variable_types"]), "Continuous");
-    EXPECT_EQ(v["variable_types"]["Continuous"].number, 4);
-    EXPECT_EQ(KeyList(v["equation_types"]), "OBJ,EQ,LE,GE,FREE");
-    EXPECT_EQ(Numbers(v["equation_types"], {"OBJ", "EQ", "LE", "GE", "FREE"}), (std::vector<double>{1, 1, 2, 1, 1}));
+    EXPECT_EQ(KeyList(v.at("variable_types")), "Continuous");
+    EXPECT_EQ(v.at("variable_types").at("Continuous").get<double>(), 4);
+    EXPECT_EQ(KeyList(v.at("equation_types")), "OBJ,EQ,LE,GE,FREE");
+    EXPECT_EQ(Numbers(v.at("equation_types"), {"OBJ", "EQ", "LE", "GE", "FREE"}), (std::vector<double>{1, 1, 2, 1, 1}));
 }
 
 TEST_F(ZemCli, DumpMatchesTheModelFieldForField) {
     const std::string path = File("awkward.mps", Awkward());
     const Result r = Run("dump '" + path + "'");
     ASSERT_EQ(r.status, 0) << r.err;
-    const jsontest::Value v = jsontest::Parse(r.out);
+    const Doc v = Doc::parse(r.out);
     EXPECT_EQ(KeyList(v), "title,variables,equations,nonzeros,sets,terms,collections,options");
     // A standard MPS model has none of the model manager's parts.
-    EXPECT_EQ(v["terms"].kind, jsontest::Value::Array);
-    EXPECT_TRUE(v["terms"].items.empty());
-    EXPECT_TRUE(v["collections"].items.empty());
-    EXPECT_TRUE(v["options"].items.empty());
+    EXPECT_TRUE(v.at("terms").is_array());
+    EXPECT_TRUE(v.at("terms").empty());
+    EXPECT_TRUE(v.at("collections").empty());
+    EXPECT_TRUE(v.at("options").empty());
 
     auto model = ReadLp(path);
     std::string title;
     model->GetModelTitle(title);
     EXPECT_EQ(title, "Q\"UOTE\\");
-    EXPECT_EQ(v["title"].text, title);
+    EXPECT_EQ(v.at("title").get<std::string>(), title);
 
-    // Each object's fields are the model's, in the model's order.
+    // Each object's fields are the model's, in the model's order. zem writes
+    // a byte that is not UTF-8 as \u00XX, which a JSON reader takes as that
+    // code point; valid UTF-8 is written as it is.
+    const auto asRead = [](std::string name) {
+        const size_t at = name.find('\xff');
+        return at == std::string::npos ? name : name.replace(at, 1, "\xc3\xbf");
+    };
     ILPVariableList* vars = nullptr;
     model->GetVariableCollectionIntf(&vars);
     size_t i = 0;
     for (ILPVariable* x = vars->FrstVariableObject(); x; x = vars->NextVariableObject(), ++i) {
-        const jsontest::Value& o = v["variables"][i];
+        const Doc& o = v.at("variables").at(i);
         EXPECT_EQ(KeyList(o), "name,type,status,lower,upper,value,temp_lower,step");
-        EXPECT_EQ(o["name"].text, x->GetName());
+        EXPECT_EQ(o.at("name").get<std::string>(), x->GetName());
         EXPECT_EQ(Numbers(o, {"type", "status", "lower", "upper", "value", "temp_lower", "step"}),
                   (std::vector<double>{double(x->GetVarType()), double(x->GetVarStatus()), x->GetBoundLower(),
                                        x->GetBoundUpper(), x->GetVarValue(), x->GetTempBoundLower(),
                                        x->GetStepBound()}));
     }
-    EXPECT_EQ(i, 2u);
-    EXPECT_EQ(v["variables"].items.size(), 2u);
-    EXPECT_EQ(v["variables"][0]["lower"].number, -1e20);
-    EXPECT_EQ(v["variables"][1]["status"].number, 203);
+    EXPECT_EQ(v.at("variables").size(), 2u);
+    EXPECT_EQ(v.at("variables").at(0).at("lower").get<double>(), -1e20);
+    EXPECT_EQ(v.at("variables").at(1).at("status").get<double>(), 203);
     ILPEquationList* eqns = nullptr;
     model->GetEquationCollectionIntf(&eqns);
     i = 0;
     for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject(), ++i) {
-        const jsontest::Value& o = v["equations"][i];
+        const Doc& o = v.at("equations").at(i);
         EXPECT_EQ(KeyList(o), "name,type,rhs,range,rhs_lower,rhs_upper,scale");
-        EXPECT_EQ(o["name"].text, e->GetName());
+        EXPECT_EQ(o.at("name").get<std::string>(), asRead(e->GetName()));
         EXPECT_EQ(Numbers(o, {"type", "rhs", "range", "rhs_lower", "rhs_upper", "scale"}),
                   (std::vector<double>{double(e->GetType()), e->GetRHS(), e->GetRange(), e->GetRHSLo(),
                                        e->GetRHSUp(), e->GetEqnScale()}));
     }
-    EXPECT_EQ(i, 4u);
-    EXPECT_EQ(v["equations"].items.size(), 4u);
-    EXPECT_EQ(v["equations"][1]["name"].text, "R\tTAB");
-    EXPECT_EQ(v["equations"][2]["name"].text, "CAF\xc3\xa9");
-    EXPECT_EQ(v["equations"][3]["name"].text, "BAD\xff");
-    // The invalid byte is escaped; the valid UTF-8 is written as it is.
+    EXPECT_EQ(v.at("equations").size(), 4u);
     EXPECT_NE(r.out.find("\"BAD\\u00ff\""), std::string::npos);
     EXPECT_NE(r.out.find("\"CAF\xc3\xa9\""), std::string::npos);
     ILPMatrix* matrix = nullptr;
     model->GetMatrixIntf(&matrix);
     i = 0;
     for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz; nz = matrix->NextNonZeroObject(), ++i) {
-        const jsontest::Value& o = v["nonzeros"][i];
+        const Doc& o = v.at("nonzeros").at(i);
         EXPECT_EQ(KeyList(o), "equation,variable,coefficient");
-        EXPECT_EQ(o["equation"].text + "|" + o["variable"].text,
-                  std::string(nz->GetEquationPtr()->GetName()) + "|" + nz->GetVariablePtr()->GetName());
-        EXPECT_EQ(o["coefficient"].number, nz->GetCoefficient());
+        EXPECT_EQ(o.at("equation").get<std::string>() + "|" + o.at("variable").get<std::string>(),
+                  asRead(nz->GetEquationPtr()->GetName()) + "|" + nz->GetVariablePtr()->GetName());
+        EXPECT_EQ(o.at("coefficient").get<double>(), nz->GetCoefficient());
     }
-    EXPECT_EQ(i, 6u);
-    EXPECT_EQ(v["nonzeros"][1]["coefficient"].number, 0.3333333333);
-    EXPECT_EQ(v["nonzeros"][4]["coefficient"].number, 1e20);
+    EXPECT_EQ(v.at("nonzeros").size(), 6u);
+    EXPECT_EQ(v.at("nonzeros").at(1).at("coefficient").get<double>(), 0.3333333333);
+    EXPECT_EQ(v.at("nonzeros").at(4).at("coefficient").get<double>(), 1e20);
     EXPECT_NE(r.out.find("1e+20"), std::string::npos);
-    const jsontest::Value& set = v["sets"][0];
-    EXPECT_EQ(set["name"].text, "SET1");
-    EXPECT_EQ(set["type"].number, 2);
-    EXPECT_EQ(Texts(set["variables"]), (std::vector<std::string>{"X2", "X1"}));
+    const Doc& set = v.at("sets").at(0);
+    EXPECT_EQ(set.at("name").get<std::string>(), "SET1");
+    EXPECT_EQ(set.at("type").get<double>(), 2);
+    EXPECT_EQ(Texts(set.at("variables")), (std::vector<std::string>{"X2", "X1"}));
 }
 
 TEST_F(ZemCli, DisplayPrintsTheModelsOwnListings) {

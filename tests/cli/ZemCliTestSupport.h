@@ -14,7 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "JsonTestParser.h"
+#include <nlohmann/json.hpp>
+
 #include "mpsutil/MPSStdReader.h"
 #include "xmpsutil/XMPSReader.h"
 #include "zemmgr/IZEMMgr.h"
@@ -38,27 +39,22 @@ inline std::string Example(const char* name) { return std::string(ZEM_SOURCE_DIR
 inline std::string Blend() { return Example("blend.mps"); }
 inline std::string Refinery() { return Example("refinery.xmps"); }
 
+// zem's JSON output, parsed strictly and with object keys in their order.
+using Doc = nlohmann::ordered_json;
+
 // The JSON object's keys, in order, as one comma-separated text.
-inline std::string KeyList(const jsontest::Value& v) {
+inline std::string KeyList(const Doc& v) {
     std::string out;
-    for (const std::string& k : v.Keys()) out += (out.empty() ? "" : ",") + k;
+    for (const auto& item : v.items()) out += (out.empty() ? "" : ",") + item.key();
     return out;
 }
 
-// The texts of a JSON array, and the numbers of an object's keys.
-inline std::vector<std::string> Texts(const jsontest::Value& array) {
-    std::vector<std::string> out;
-    for (const jsontest::Value& v : array.items) out.push_back(v.text);
-    return out;
-}
-inline std::vector<double> Numbers(const jsontest::Value& v, std::initializer_list<const char*> keys) {
+// The texts of a JSON array, and the numbers of an array or of an object's keys.
+inline std::vector<std::string> Texts(const Doc& array) { return array.get<std::vector<std::string>>(); }
+inline std::vector<double> Numbers(const Doc& array) { return array.get<std::vector<double>>(); }
+inline std::vector<double> Numbers(const Doc& v, std::initializer_list<const char*> keys) {
     std::vector<double> out;
-    for (const char* k : keys) out.push_back(v[k].number);
-    return out;
-}
-inline std::vector<double> Numbers(const jsontest::Value& array) {
-    std::vector<double> out;
-    for (const jsontest::Value& v : array.items) out.push_back(v.number);
+    for (const char* k : keys) out.push_back(v.at(k).get<double>());
     return out;
 }
 
@@ -99,10 +95,10 @@ protected:
         return Result{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
     }
     // Runs a command that must succeed and parses its JSON output.
-    jsontest::Value Json(const std::string& args) {
+    Doc Json(const std::string& args) {
         const Result r = Run(args);
         EXPECT_EQ(r.status, 0) << args << "\n" << r.err;
-        return jsontest::Parse(r.out);
+        return Doc::parse(r.out);
     }
     std::string File(const std::string& name, const std::string& content) {
         const std::string path = dir_ + "/" + name;
@@ -119,3 +115,8 @@ protected:
 };
 
 }  // namespace clitest
+
+namespace nlohmann {
+// Failure messages print a document as its JSON text.
+inline void PrintTo(const ordered_json& j, std::ostream* os) { *os << j.dump(); }
+}  // namespace nlohmann

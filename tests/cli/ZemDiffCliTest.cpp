@@ -27,9 +27,9 @@ TEST_F(ZemRun, DiffExitsZeroOnEqualModelsAndListsEachDifference) {
 
     const Result json = Run("diff --json '" + Refinery() + "' '" + changed + "'");
     EXPECT_EQ(json.status, 1);
-    const jsontest::Value v = jsontest::Parse(json.out);
-    EXPECT_EQ(v["kind"].text, "Variable");
-    EXPECT_EQ(v["name"].text, name);
+    const Doc v = Doc::parse(json.out);
+    EXPECT_EQ(v.at("kind").get<std::string>(), "Variable");
+    EXPECT_EQ(v.at("name").get<std::string>(), name);
 
     // A tolerance wide enough hides the change; a bad one is a usage error.
     EXPECT_EQ(Run("diff --tolerance 10 '" + Refinery() + "' '" + changed + "'").status, 0);

@@ -5,11 +5,15 @@
 #include <cstring>
 #include <sstream>
 
+// HandleExcp writes the same display into the traceback.
 TEST(ZEMException, DisplayOmitsEmptyRoutineSourceAndLine) {
     ZEM_Exception e("LPStdDataMgr Error", "something broke");
-    std::ostringstream os;
+    std::ostringstream os, trace;
     e.Display(os);
     EXPECT_EQ(os.str(), "Exception Name : LPStdDataMgr Error\nException Reason : something broke\n\n");
+    e.HandleExcp();
+    e.DumpErrorBuf(trace);
+    EXPECT_EQ(trace.str(), os.str() + "\n");
 }
 
 TEST(ZEMException, DisplayWritesEveryKnownField) {
@@ -59,14 +63,6 @@ TEST(ZEMException, TracebackIsDumpedOncePerExceptionAndCopies) {
     EXPECT_EQ(first.str(), "trace line\n");
     EXPECT_EQ(second.str(), "NULL Error Traceback Buffer\n");
     EXPECT_EQ(e.Getbufptr(), nullptr);
-}
-
-TEST(ZEMException, HandleExcpWritesDisplayIntoTraceback) {
-    ZEM_Exception e("Name", "Reason");
-    e.HandleExcp();
-    std::ostringstream os;
-    e.DumpErrorBuf(os);
-    EXPECT_EQ(os.str(), "Exception Name : Name\nException Reason : Reason\n\n\n");
 }
 
 TEST(ZEMException, BoundedCopiesDoNotTerminateAFullBuffer) {

@@ -60,9 +60,6 @@ TEST(MPSStdReader, RefusesBadCardsNamingTheCardAndTheRoutine) {
         {Head({"    X1        LIM1", "ENDATA"}), cols + incomplete, "    X1        LIM1", "COLUMNSData"},
         {Head({Card("", "X3", "COST", "1", "LIM1"), "ENDATA"}), cols + incomplete,
          Card("", "X3", "COST", "1", "LIM1"), "COLUMNSData"},
-        // A continuation card without a column name.
-        {Head({Card("", "", "LIM1", "1.0"), "ENDATA"}), cols + incomplete, Card("", "", "LIM1", "1.0"),
-         "COLUMNSData"},
         // Integer markers are not understood: 'MARKER' is a row without a value.
         {Head({marker, "ENDATA"}), cols + incomplete, marker, "COLUMNSData"},
         {Head({Card("", "X3", "NOROW", "1"), "ENDATA"}), cols + "Invalid Row Name",
@@ -97,12 +94,9 @@ TEST(MPSStdReader, RefusesBadCardsNamingTheCardAndTheRoutine) {
     }
     const std::string fileError = "MPS File Read Error", noEnd = "Unexpected end of MPS file - no ENDATA card";
     for (const auto& [text, reason] : std::vector<std::pair<std::string, std::string>>{
-             {"", "Expected NAME Card"},
              {"ROWS\n", "Expected NAME Card"},
-             {"NAME\nCOLUMNS\n", "Expected ROWS Card"},
              {"NAME\n N  C\nROWS\n", "Expected ROWS Card"},
              {"NAME\nROWS\n N  C\nRHS\n", "Expected COLUMNS Card"},
-             {Head(), noEnd},
              {Head({"RHS"}), noEnd}}) {
         cases.push_back({text, fileError, reason, "ReadMPSFile"});
     }

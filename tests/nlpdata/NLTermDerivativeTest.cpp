@@ -152,22 +152,6 @@ INSTANTIATE_TEST_SUITE_P(AllTypes, TermDerivatives, ::testing::ValuesIn(Cases())
                              return info.param.label;
                          });
 
-// The derivative sums of a term must also be what the pool sees when the
-// same variable already has a linear coefficient: TermJacobian adds, it does
-// not overwrite.
-TEST(TermDerivativesAccumulate, TermJacobianAddsToTheEntry) {
-    TermRig rig;
-    TermPtr t = TermRig::Make("EXPX");
-    LPVariable* x = rig.Var("X", 0.5);
-    rig.Fill(t.get(), {2.0}, {x});
-    ILPNonZero* nz = t->FrstNZ();
-    nz->SetPartialDeriv(10.0);
-    t->TermJacobian();
-    EXPECT_DOUBLE_EQ(nz->GetPartialDeriv(), 10.0 + 2.0 * std::exp(0.5));
-    t->TermJacobian();
-    EXPECT_DOUBLE_EQ(nz->GetPartialDeriv(), 10.0 + 4.0 * std::exp(0.5));
-}
-
 // A term with fewer entries than distinct arguments writes only the ones it
 // holds.
 TEST(TermDerivativesAccumulate, ArgumentWithoutAnEntryReceivesNothing) {

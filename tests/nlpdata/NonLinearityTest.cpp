@@ -114,25 +114,6 @@ TEST(NonLinearityBase, ConstantsAreCopiedOrKeptByPointerAndTheFirstIsCached) {
     EXPECT_EQ(external.GetValue(), 2.0);
 }
 
-TEST(NonLinearityBase, RelatedReferencesAreCreatedOnFirstUse) {
-    TextTerm t, other1, other2;
-    auto a = Var("A"), b = Var("B");
-    EXPECT_EQ(t.NextRelatedNonlinearityRef(), nullptr);
-    EXPECT_EQ(t.AddRelatedNonlinearityRef(&other1), 1);
-    EXPECT_EQ(t.AddRelatedNonlinearityRef(&other2), 2);
-    EXPECT_EQ(t.FrstRelatedNonlinearityRef(), &other1);
-    EXPECT_EQ(t.NextRelatedNonlinearityRef(), &other2);
-    EXPECT_EQ(t.NextRelatedNonlinearityRef(), nullptr);
-    EXPECT_EQ(t.AddRelatedVariableRef(b.get()), 1);
-    EXPECT_EQ(t.AddRelatedVariableRef(a.get()), 2);
-    EXPECT_EQ(t.FrstRelatedVariableRef(), b.get());
-    EXPECT_EQ(t.NextRelatedVariableRef(), a.get());
-    EXPECT_EQ(t.NextRelatedVariableRef(), nullptr);
-    // The base ignores a wrapped-term reference.
-    t.AddNonlinearityRef(&other1);
-    EXPECT_EQ(t.GetNonlinearityRef(), nullptr);
-}
-
 TEST(NonLinearityBase, ConcatVarListNamesSkipsUnderscoreBeforeUnderscoredNames) {
     TextTerm t;
     auto a = Var("A"), b = Var("_B"), c = Var("C");
