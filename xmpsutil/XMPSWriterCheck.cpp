@@ -248,7 +248,7 @@ void CheckWritable(IZEMDataMgr* model, const char* routine) {
     const Refusal refuse(routine);
     std::string title;
     model->GetModelTitle(title);
-    if (const char* fault = NameFault(title.c_str())) refuse.Raise("Title", title.c_str(), fault);
+    if (const char* fault = NameFault(title.c_str())) refuse.Raise("Model title", title.c_str(), fault);
 
     ILPEquation* objective = nullptr;
     CheckEquations(model, refuse, objective);

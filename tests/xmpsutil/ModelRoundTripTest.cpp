@@ -187,6 +187,7 @@ const std::vector<Hazard>& Hazards() {
         {[](IZEMMgr* m, Built& b) { return TermWithoutVariables(m, b, "CONST", 2); }, true, false},
         {[](IZEMMgr* m, Built& b) { return TermWithoutVariables(m, b, "CONSTPROD", 3); }, true, false},
         {[](IZEMMgr* m, Built&) { m->SetModelTitle("TWO WORDS"); return std::string("TWO WORDS"); }, true, false},
+        {[](IZEMMgr* m, Built&) { m->SetModelTitle(std::string(129, 'T').c_str()); return std::string("Model title"); }, true, true},
         {[](IZEMMgr* m, Built&) { Eqns(m)->InsertEquation("EMPTYROW"); return std::string("EMPTYROW"); }, true, true},
         {[](IZEMMgr* m, Built& b) {
              Vars(m)->InsertVariable("ZEROCOL");

@@ -47,13 +47,15 @@ constexpr size_t kFlagsAt = 144 + 28;
 
 }  // namespace
 
-TEST(ZEMModelFile, RoundTripsThroughStreamLocalStreamAndFile) {
+// Whole models round trip in the property harness (tests/xmpsutil); here the
+// ways in and out of the manager.
+TEST(ZEMModelFile, LocalStreamMissingFileAndVersionOverride) {
     ZEMMgrPtr a = RichMgr();
-    ZEMMgrPtr b = RichMgr("Q_");  // restoring replaces what was there
     const std::string bytes = ModelBytes(a.get());
+    // Restoring replaces what was there.
+    ZEMMgrPtr b = RichMgr("Q_");
     Restore(b.get(), bytes);
-    ExpectSameModel(a.get(), b.get());
-    EXPECT_EQ(ModelBytes(b.get()), bytes);  // and writes the same bytes again
+    EXPECT_EQ(ModelBytes(b.get()), bytes);
 
     // The local stream: a second save replaces the first.
     a->PersistToLocalStream();
@@ -63,18 +65,13 @@ TEST(ZEMModelFile, RoundTripsThroughStreamLocalStreamAndFile) {
     ASSERT_NE(ss, nullptr);
     EXPECT_EQ(ss->str(), bytes);
 
-    const std::string path = TempPath("roundtrip.zem");
-    a->PersistAsFile(path.c_str());
-    EXPECT_EQ(ReadFile(path), bytes);
-    ZEMMgrPtr c = NewMgr();
-    EXPECT_TRUE(c->RestoreFromFile(path.c_str()));
-    ExpectSameModel(a.get(), c.get());
     // A file that cannot be opened leaves the model alone.
-    EXPECT_FALSE(c->RestoreFromFile(TempPath("no_such_file.zem").c_str()));
-    EXPECT_EQ(ModelBytes(c.get()), bytes);
+    EXPECT_FALSE(b->RestoreFromFile(TempPath("no_such_file.zem").c_str()));
+    EXPECT_EQ(ModelBytes(b.get()), bytes);
 
     // A version given to one save is used for that save only; the flag
     // bytes are written whatever the version.
+    const std::string path = TempPath("roundtrip.zem");
     a->PersistAsFile(path.c_str(), 1.05);
     const std::string old = ReadFile(path);
     EXPECT_EQ(versionOf(old), 1.05);
@@ -270,25 +267,9 @@ TEST(ZEMModelFile, AppendAddsContentAndKeepsTitle) {
     EXPECT_EQ(ModelBytes(a.get()), before);
 }
 
-TEST(ZEMModelFile, WriteRefusals) {
-    // A title of 128 characters fits; 129 is refused and nothing is written.
-    ZEMMgrPtr a = NewMgr();
-    a->SetModelTitle(std::string(128, 'T').c_str());
-    ZEMMgrPtr b = NewMgr();
-    Restore(b.get(), ModelBytes(a.get()));
-    std::string title;
-    b->GetModelTitle(title);
-    EXPECT_EQ(title, std::string(128, 'T'));
-
-    a->SetModelTitle(std::string(129, 'T').c_str());
-    const std::string path = TempPath("long_title.zem");
-    std::remove(path.c_str());
-    EXPECT_THROW(a->PersistAsFile(path.c_str()), ZEM_Exception);
-    EXPECT_FALSE(std::ifstream(path).good());
-    std::stringstream ss;
-    EXPECT_THROW(a->PersistAsStream(&ss), ZEM_Exception);
-    EXPECT_TRUE(ss.str().empty());
-
+// Refusals of what the file cannot carry are checked by the property
+// harness (tests/xmpsutil); a path that cannot be created is a file error.
+TEST(ZEMModelFile, UncreatablePathIsAFileError) {
     try {
         NewMgr()->PersistAsFile(TempPath("no_dir/x.zem").c_str());
         FAIL() << "no exception";
