@@ -57,7 +57,10 @@ public:
     // that point as the base point of variables and rows.
     virtual void SetupModelLinearization() = 0;
     virtual void NonLinearMatrixDisplay(std::ostream& os) = 0;
-    // Writes the model as source for the GAMS modelling system.
+    // Writes the model as source for the GAMS modelling system: every row
+    // valid GAMS, every term as GAMS algebra. A model with a term GAMS cannot
+    // express, or names that do not make distinct GAMS symbols, is refused
+    // (ZEM_Exception naming the entity) before anything is written.
     virtual void GAMSModelInput(std::ostream& os) = 0;
     // Both return the reference count after the change.
     virtual int IAddRef() = 0;
@@ -66,6 +69,8 @@ public:
     virtual void TrashEquation(ILPEquation* eqn) = 0;
     virtual void EmptyAllTrash() = 0;
     // Writes heading, algebraic listing and full listing to a text file.
+    // The summary is a report for people, not a model format: nothing reads
+    // it back, so it refuses nothing.
     virtual void WriteZEMSummary(const char* path) = 0;
     // Solves the named row for the named variable at the current values of
     // the others; see ZEMMgr.h.

@@ -74,7 +74,8 @@ Built BuildRandomModel(IZEMMgr* m, Gen& g, int rows, int cols) {
     Built b;
     m->SetModelTitle(g.coin() ? "RANDOM" : std::string(128, 'T').c_str());
     for (int i = 0; i < rows; ++i) {
-        ILPEquation* e = Eqns(m)->InsertEquation(BenignName(g, "ROW", i).c_str());
+        // A row may be named like a number: only columns must not be.
+        ILPEquation* e = Eqns(m)->InsertEquation(i == 2 ? "1E5X" : BenignName(g, "ROW", i).c_str());
         const int16_t types[] = {ZEM_EQN_EQ, ZEM_EQN_LE, ZEM_EQN_GE, ZEM_EQN_FREE};
         e->SetType(i == rows - 1 ? static_cast<int16_t>(ZEM_EQN_OBJECTIVE) : types[g.pick(4)]);
         b.rows.push_back(e);
