@@ -2,6 +2,8 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "lpdata/ILPEquation.h"
@@ -78,8 +80,11 @@ void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objecti
     ILPEquationList* eqns = nullptr;
     m->GetEquationCollectionIntf(&eqns);
     if (eqns == nullptr) return;
+    std::unordered_set<std::string_view> names;
     for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
         refuse.Name("Equation", e->GetName());
+        if (!names.insert(e->GetName()).second)
+            refuse.Raise("Equation", e->GetName(), "another equation has the same name");
         if (!IsRowType(e->GetType())) {
             refuse.Raise("Equation", e->GetName(),
                          "its type " + std::to_string(e->GetType()) + " has no row key");
@@ -101,8 +106,11 @@ void CheckVariables(IZEMDataMgr* m, const Refusal& refuse) {
     ILPVariableList* vars = nullptr;
     m->GetVariableCollectionIntf(&vars);
     if (vars == nullptr) return;
+    std::unordered_set<std::string_view> names;
     for (ILPVariable* v = vars->FrstVariableObject(); v != nullptr; v = vars->NextVariableObject()) {
         refuse.Name("Variable", v->GetName());
+        if (!names.insert(v->GetName()).second)
+            refuse.Raise("Variable", v->GetName(), "another variable has the same name");
         const int16_t type = v->GetVarType();
         if (type < ZEM_VAR_CONTINUOUS || type > ZEM_VAR_SEMICONTINUOUS) {
             refuse.Raise("Variable", v->GetName(), "its type " + std::to_string(type) + " has no bound key");

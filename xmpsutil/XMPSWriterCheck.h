@@ -25,7 +25,8 @@
 //
 // Names (of rows, columns, sets, groups, options) are 1 to 128 characters
 // without blanks or control characters, and not a lone "\" (which continues
-// a card). A variable named on a coefficient or term card must not read as
+// a card); two rows, or two columns, never share a name (the reader would
+// make them one). A variable named on a coefficient or term card must not read as
 // a number by the format's lenient number test ("100001", "-Z", ".5",
 // "12x"): the reader would take it for a constant.
 //

@@ -200,6 +200,22 @@ const std::vector<Hazard>& Hazards() {
         {[](IZEMMgr*, Built& b) { b.rows[1]->SetType(ZEM_EQN_OBJECTIVE); return std::string(b.rows.back()->GetName()); }, true, false},
         {[](IZEMMgr*, Built& b) { b.rows[1]->SetType(6); return std::string(b.rows[1]->GetName()); }, true, false},
         {[](IZEMMgr*, Built& b) { b.cols[3]->SetVarStatus(0); return std::string(b.cols[3]->GetName()); }, true, false},
+        {[](IZEMMgr* m, Built& b) {
+             // A twin alike in every field, so that comparing by name holds.
+             ILPVariable* twin = nullptr;
+             const ILPVariable* v = b.cols[4];
+             Vars(m)->CreateNewVariableObject(&twin);
+             twin->SetName(v->GetName());
+             twin->SetVarType(v->GetVarType());
+             twin->SetBoundLower(v->GetBoundLower());
+             twin->SetBoundUpper(v->GetBoundUpper());
+             twin->SetStepBound(v->GetStepBound());
+             twin->SetTempBoundLower(v->GetTempBoundLower());
+             twin->SetVarValue(v->GetVarValue());
+             twin->SetVarStatus(v->GetVarStatus());
+             Vars(m)->AddVariableObject(twin);
+             return std::string(b.cols[4]->GetName());
+         }, true, false},
         {[](IZEMMgr*, Built& b) { b.cols[3]->SetDescription("a note"); return std::string(b.cols[3]->GetName()); }, true, true},
         {[](IZEMMgr*, Built& b) { b.rows[1]->SetBlkMember(1); return std::string(b.rows[1]->GetName()); }, true, true},
         {[](IZEMMgr*, Built& b) {
