@@ -102,9 +102,7 @@ void CZEMCaseMgr::AddVarTypeEdit(const char* var, int16_t type) { AddVarTypeEdit
 void CZEMCaseMgr::AddMatrixCoeffEdit(ILPEquation* eqn, ILPVariable* var, double value) {
     ILPMatrix* matrix = nullptr;
     if (m_mgr != nullptr) m_mgr->GetMatrixIntf(&matrix);
-    ILPNonZero* nz = (matrix != nullptr && eqn != nullptr && var != nullptr)
-                         ? matrix->ExistIncidence(eqn->GetIndex(), var->GetIndex())
-                         : nullptr;
+    ILPNonZero* nz = FindMatrixEntry(matrix, eqn, var);
     if (nz == nullptr && eqn != nullptr && var != nullptr)
         raise(std::string("No matrix coefficient in equation ") + eqn->GetName() + " for variable " +
                   var->GetName(),

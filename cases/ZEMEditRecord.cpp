@@ -5,6 +5,7 @@
 #include "cases/ZEMEdit.h"
 #include "lpdata/ILPEquationList.h"
 #include "lpdata/ILPMatrix.h"
+#include "lpdata/ILPNonZero.h"
 #include "lpdata/ILPVariableList.h"
 #include "lpdata/ZEMBinaryIO.h"
 #include "lpdata/ZEMException.h"
@@ -57,7 +58,7 @@ IZEMEdit* bound(const unsigned char* b, const ZEMEditTargets& t) {
 IZEMEdit* coefficient(const unsigned char* b, const ZEMEditTargets& t) {
     ILPEquation* row = eqn(b, t);
     ILPVariable* col = at(t.vars, zembin::get32(b + 4), "variable");
-    ILPNonZero* nz = t.matrix ? t.matrix->ExistIncidence(row->GetIndex(), col->GetIndex()) : nullptr;
+    ILPNonZero* nz = FindMatrixEntry(t.matrix, row, col);
     if (nz == nullptr)
         CaseReadError(std::string("XLMFile edit names a matrix entry the model does not have: ") +
                       row->GetName() + " / " + col->GetName());
@@ -101,7 +102,24 @@ const EditKind kKinds[] = {
 
 const char* const kShortEdit = "Error during read of XLMFile edit record from binary file";
 
+// Straight from the stream's buffer: a million small records would spend
+// much of their time in the checks each formatted read makes.
+bool readRaw(std::istream* is, unsigned char* p, size_t n) {
+    return is->rdbuf()->sgetn(reinterpret_cast<char*>(p), static_cast<std::streamsize>(n)) ==
+           static_cast<std::streamsize>(n);
+}
+
 }  // namespace
+
+ILPNonZero* FindMatrixEntry(ILPMatrix* matrix, ILPEquation* row, ILPVariable* col) {
+    constexpr int kWalkLimit = 32;
+    if (matrix == nullptr || row == nullptr || col == nullptr) return nullptr;
+    const int c = col->GetIndex();
+    if (matrix->NonZerosInColumn(c) > kWalkLimit) return matrix->ExistIncidence(row->GetIndex(), c);
+    for (ILPNonZero* nz = matrix->ColFrstNonZeroObject(c); nz; nz = matrix->ColNextNonZeroObject())
+        if (nz->GetEquationPtr() == row && nz->GetIndex() != 0) return nz;
+    return nullptr;
+}
 
 ZEMEditTargets ZEMEditTargets::FromModel(IZEMMgr* mgr) {
     ZEMEditTargets t;
@@ -139,11 +157,11 @@ ZEMEditTargets ZEMEditTargets::FromModel(IZEMMgr* mgr) {
 
 IZEMEdit* ReadEditRecord(std::istream* is, const ZEMEditTargets& targets) {
     unsigned char buf[kMaxEditRecord];
-    if (!zembin::readExact(is, buf, 2)) CaseReadError(kShortEdit);
+    if (!*is || !readRaw(is, buf, 2)) CaseReadError(kShortEdit);
     const int16_t code = zembin::get16(buf);
     if (code < eEditVarValue || code > eEditOptionTable)
         CaseReadError("Unknown edit code in XLMFile: " + std::to_string(code));
     const EditKind& kind = kKinds[code];
-    if (!zembin::readExact(is, buf + 2, kind.bodySize)) CaseReadError(kShortEdit);
+    if (!readRaw(is, buf + 2, kind.bodySize)) CaseReadError(kShortEdit);
     return kind.make(buf + 2, targets);
 }

@@ -18,6 +18,7 @@ class IZEMEdit;
 class IZEMMgr;
 class ILPEquation;
 class ILPMatrix;
+class ILPNonZero;
 class ILPVariable;
 class INonLinearity;
 
@@ -31,6 +32,11 @@ struct ZEMEditTargets {
 
     static ZEMEditTargets FromModel(IZEMMgr* mgr);
 };
+
+// The matrix entry of the row and the column, or null. Short columns are
+// walked comparing the entries' row pointers, which spares a visit to every
+// row object; long ones use the matrix's own index.
+ILPNonZero* FindMatrixEntry(ILPMatrix* matrix, ILPEquation* row, ILPVariable* col);
 
 IZEMEdit* ReadEditRecord(std::istream* is, const ZEMEditTargets& targets);
 
