@@ -34,21 +34,10 @@ ILPEquation* eqn(const unsigned char* b, const ZEMEditTargets& t) {
     return at(t.eqns, zembin::get32(b), "equation");
 }
 
-template <class E>
-IZEMEdit* varDouble(const unsigned char* b, const ZEMEditTargets& t) {
-    return new E(t.mgr, var(b, t), zembin::getF64(b + 4));
-}
-template <class E>
-IZEMEdit* varShort(const unsigned char* b, const ZEMEditTargets& t) {
-    return new E(t.mgr, var(b, t), zembin::get16(b + 4));
-}
-template <class E>
-IZEMEdit* eqnDouble(const unsigned char* b, const ZEMEditTargets& t) {
-    return new E(t.mgr, eqn(b, t), zembin::getF64(b + 4));
-}
-template <class E>
-IZEMEdit* eqnShort(const unsigned char* b, const ZEMEditTargets& t) {
-    return new E(t.mgr, eqn(b, t), zembin::get16(b + 4));
+// An edit of one entity's scalar: the entity's index, then the value.
+template <class E, auto Find, auto Get>
+IZEMEdit* scalar(const unsigned char* b, const ZEMEditTargets& t) {
+    return new E(t.mgr, Find(b, t), Get(b + 4));
 }
 
 IZEMEdit* bound(const unsigned char* b, const ZEMEditTargets& t) {
@@ -89,13 +78,13 @@ struct EditKind {
 // By edit code; index 0 is no edit.
 const EditKind kKinds[] = {
     {0, nullptr},
-    {12, varDouble<ZEMEditVarValue>},
+    {12, scalar<ZEMEditVarValue, var, zembin::getF64>},
     {14, bound},
-    {6, varShort<ZEMEditVarType>},
-    {12, eqnDouble<ZEMEditEqnRHS>},
-    {12, eqnDouble<ZEMEditEqnRange>},
+    {6, scalar<ZEMEditVarType, var, zembin::get16>},
+    {12, scalar<ZEMEditEqnRHS, eqn, zembin::getF64>},
+    {12, scalar<ZEMEditEqnRange, eqn, zembin::getF64>},
     {16, coefficient},
-    {6, eqnShort<ZEMEditEqnType>},
+    {6, scalar<ZEMEditEqnType, eqn, zembin::get16>},
     {12, termCoefficient},
     {2 * ZEMEditOptionTable::kField, option},
 };
