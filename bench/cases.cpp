@@ -90,7 +90,7 @@ void BM_SaveCaseFile(benchmark::State& state) {
     for (auto _ : state) {
         std::stringstream ss;
         col->PersistXLMAsStream(&ss);
-        bytes = ss.str().size();
+        bytes = static_cast<size_t>(ss.tellp());
         benchmark::DoNotOptimize(bytes);
     }
     state.SetBytesProcessed(static_cast<int64_t>(bytes) * state.iterations());

@@ -14,7 +14,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <ostream>
 #include <sstream>
 #include <vector>
@@ -44,8 +43,8 @@ public:
     virtual const char* GetCaseDescription() = 0;
     virtual IZEMMgr* GetZEMMgr() = 0;
     virtual IORVA_Control* GetSolverControl() = 0;
-    // The edits in list order; the case owns them.
-    virtual std::vector<IZEMEdit*>* CaseEditListPtr() = 0;
+    // The edits in list order; the case owns them (add with the Add operations).
+    virtual const std::vector<IZEMEdit*>* CaseEditListPtr() = 0;
 
     virtual void AddEqnRHSEdit(ILPEquation* eqn, double value) = 0;
     virtual void AddEqnRHSEdit(const char* eqn, double value) = 0;

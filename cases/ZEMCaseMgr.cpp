@@ -140,7 +140,9 @@ void CZEMCaseMgr::AddInitialVectorEdits(const double* values) {
 }
 
 void CZEMCaseMgr::AddZEMEditOp(IZEMEdit* edit) {
-    if (edit != nullptr) m_edits.push_back(edit);
+    if (edit == nullptr) return;
+    if (dynamic_cast<ZEMEditBase*>(edit) == nullptr) ++m_foreign;
+    m_edits.push_back(edit);
 }
 
 // ---- applying -----------------------------------------------------------
@@ -191,10 +193,10 @@ int CZEMCaseMgr::PersistAsStream(std::stringstream* ss) {
     zembin::putName(rec + 133, kTextField, m_description);
     zembin::put32(rec + 264, static_cast<int32_t>(m_edits.size()));
     // The library's own edits are gathered into large writes; others write
-    // themselves.
+    // themselves. Only a case that holds others needs to tell them apart.
     constexpr size_t kFlushAt = 1 << 16;
     for (IZEMEdit* e : m_edits) {
-        auto* known = dynamic_cast<ZEMEditBase*>(e);
+        auto* known = m_foreign == 0 ? static_cast<ZEMEditBase*>(e) : dynamic_cast<ZEMEditBase*>(e);
         if (known == nullptr) {
             zembin::writeBytes(ss, buffer.data(), buffer.size());
             buffer.clear();

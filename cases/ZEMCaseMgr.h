@@ -35,7 +35,7 @@ public:
     const char* GetCaseDescription() override { return m_description; }
     IZEMMgr* GetZEMMgr() override { return m_mgr; }
     IORVA_Control* GetSolverControl() override { return m_control; }
-    std::vector<IZEMEdit*>* CaseEditListPtr() override { return &m_edits; }
+    const std::vector<IZEMEdit*>* CaseEditListPtr() override { return &m_edits; }
 
     void AddEqnRHSEdit(ILPEquation* eqn, double value) override;
     void AddEqnRHSEdit(const char* eqn, double value) override;
@@ -87,6 +87,8 @@ private:
     IZEMMgr* m_mgr;
     IORVA_Control* m_control;
     std::vector<IZEMEdit*> m_edits;
+    // Edits given by AddZEMEditOp that are not the library's own kinds.
+    size_t m_foreign = 0;
     std::deque<IZEMEdit*> m_appliedStack;
     bool m_applied = false;
 };
