@@ -150,7 +150,8 @@ Command CasesCommand() {
             "  show   lists the case file read against MODEL; --json gives the same JSON\n"
             "         form with the collection's name and the model dimension.\n"
             "  apply  applies the cases named (or numbered) in order and writes the\n"
-            "         edited model to OUT in the format of its extension.",
+            "         edited model to OUT in the format of its extension; a model whose\n"
+            "         term multiplier was edited is refused (no format carries it).",
             InputOptions({{"--model", "MODEL", "the model the case file belongs to"},
                           {"-o", "FILE", "the file to write"},
                           {"--json", nullptr, "show: write JSON"}}),
