@@ -234,7 +234,8 @@ int CZEMCaseMgr::RestoreFromStream(std::istream* is, IZEMMgr* mgr, IORVA_Control
         new CZEMCaseMgr(zembin::get32(rec), name.c_str(), description.c_str(), mgr, control),
         [](CZEMCaseMgr* c) { c->Destroy(); });
     made->m_edits.reserve(lprec::ReserveHint(is, count));
-    for (int32_t i = 0; i < count; ++i) made->m_edits.push_back(ReadEditRecord(is, targets));
+    EditRecordSource source(is);
+    for (int32_t i = 0; i < count; ++i) made->m_edits.push_back(ReadEditRecord(source, targets));
     *out = made.release();
     return 0;
 }

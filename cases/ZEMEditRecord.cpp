@@ -1,6 +1,7 @@
 #include "cases/ZEMEditRecord.h"
 
 #include <cstdint>
+#include <cstring>
 
 #include "cases/ZEMEdit.h"
 #include "lpdata/ILPEquationList.h"
@@ -91,13 +92,6 @@ const EditKind kKinds[] = {
 
 const char* const kShortEdit = "Error during read of XLMFile edit record from binary file";
 
-// Straight from the stream's buffer: a million small records would spend
-// much of their time in the checks each formatted read makes.
-bool readRaw(std::istream* is, unsigned char* p, size_t n) {
-    return is->rdbuf()->sgetn(reinterpret_cast<char*>(p), static_cast<std::streamsize>(n)) ==
-           static_cast<std::streamsize>(n);
-}
-
 }  // namespace
 
 ILPNonZero* FindMatrixEntry(ILPMatrix* matrix, ILPEquation* row, ILPVariable* col) {
@@ -121,36 +115,68 @@ ZEMEditTargets ZEMEditTargets::FromModel(IZEMMgr* mgr) {
     mgr->GetEquationCollectionIntf(&eqns);
     mgr->GetMatrixIntf(&t.matrix);
     mgr->GetNonLinearModelIntf(&nl);
-    // Each object goes in at its own index, so a table is as long as the
-    // largest index seen (indices are consecutive, so that is the count).
-    auto enter = [](auto& table, auto* object) {
-        const int index = object->GetIndex();
-        if (index <= 0) return;
-        if (static_cast<size_t>(index) >= table.size()) table.resize(static_cast<size_t>(index) + 1);
-        table[static_cast<size_t>(index)] = object;
-    };
+    // The lists hand out each object by its index, so the tables are
+    // filled without visiting the objects themselves.
     if (vars != nullptr) {
-        t.vars.reserve(static_cast<size_t>(vars->NumberOfVariables()) + 1);
-        for (ILPVariable* v = vars->FrstVariableObject(); v; v = vars->NextVariableObject()) enter(t.vars, v);
+        t.vars.assign(static_cast<size_t>(vars->NumberOfVariables()) + 1, nullptr);
+        for (size_t i = 1; i < t.vars.size(); ++i) vars->RetrieveVariableObject(static_cast<int>(i), &t.vars[i]);
     }
     if (eqns != nullptr) {
-        t.eqns.reserve(static_cast<size_t>(eqns->NumberOfEquations()) + 1);
-        for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject()) enter(t.eqns, e);
+        t.eqns.assign(static_cast<size_t>(eqns->NumberOfEquations()) + 1, nullptr);
+        for (size_t i = 1; i < t.eqns.size(); ++i) eqns->RetrieveEquationObject(static_cast<int>(i), &t.eqns[i]);
     }
+    // The term pool finds a term by index only by a walk, so the terms are
+    // entered at their own indices in one walk.
     if (nl != nullptr) {
-        for (INonLinearity* n = nl->FrstNonLinearityObject(); n; n = nl->NextNonLinearityObject())
-            enter(t.terms, n);
+        for (INonLinearity* n = nl->FrstNonLinearityObject(); n; n = nl->NextNonLinearityObject()) {
+            const int index = n->GetIndex();
+            if (index <= 0) continue;
+            if (static_cast<size_t>(index) >= t.terms.size()) t.terms.resize(static_cast<size_t>(index) + 1);
+            t.terms[static_cast<size_t>(index)] = n;
+        }
     }
     return t;
 }
 
-IZEMEdit* ReadEditRecord(std::istream* is, const ZEMEditTargets& targets) {
-    unsigned char buf[kMaxEditRecord];
-    if (!*is || !readRaw(is, buf, 2)) CaseReadError(kShortEdit);
-    const int16_t code = zembin::get16(buf);
+EditRecordSource::EditRecordSource(std::istream* is) : m_is(is) {
+    std::streambuf* buf = is != nullptr && *is ? is->rdbuf() : nullptr;
+    m_seekable = buf != nullptr && buf->pubseekoff(0, std::ios::cur, std::ios::in) != std::streampos(-1);
+    if (buf == nullptr) m_is = nullptr;
+}
+
+EditRecordSource::~EditRecordSource() {
+    // What was read ahead and not used goes back to the stream.
+    if (m_is != nullptr && m_end > m_pos)
+        m_is->rdbuf()->pubseekoff(-static_cast<std::streamoff>(m_end - m_pos), std::ios::cur, std::ios::in);
+}
+
+const unsigned char* EditRecordSource::Take(size_t n) {
+    if (m_end - m_pos < n) {
+        if (m_is == nullptr) return nullptr;
+        // Keep the unused tail, then read a block (seekable streams) or just
+        // what is missing.
+        if (m_pos > 0 && m_end > m_pos) std::memmove(m_buf.data(), m_buf.data() + m_pos, m_end - m_pos);
+        m_end -= m_pos;
+        m_pos = 0;
+        const size_t want = m_seekable ? kBlock : n - m_end;
+        if (m_buf.size() < m_end + want) m_buf.resize(m_end + want);
+        m_end += static_cast<size_t>(
+            m_is->rdbuf()->sgetn(reinterpret_cast<char*>(m_buf.data() + m_end), static_cast<std::streamsize>(want)));
+        if (m_end < n) return nullptr;
+    }
+    const unsigned char* p = m_buf.data() + m_pos;
+    m_pos += n;
+    return p;
+}
+
+IZEMEdit* ReadEditRecord(EditRecordSource& source, const ZEMEditTargets& targets) {
+    const unsigned char* p = source.Take(2);
+    if (p == nullptr) CaseReadError(kShortEdit);
+    const int16_t code = zembin::get16(p);
     if (code < eEditVarValue || code > eEditOptionTable)
         CaseReadError("Unknown edit code in XLMFile: " + std::to_string(code));
     const EditKind& kind = kKinds[code];
-    if (!readRaw(is, buf + 2, kind.bodySize)) CaseReadError(kShortEdit);
-    return kind.make(buf + 2, targets);
+    const unsigned char* body = source.Take(kind.bodySize);
+    if (body == nullptr) CaseReadError(kShortEdit);
+    return kind.make(body, targets);
 }

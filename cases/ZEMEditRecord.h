@@ -2,7 +2,8 @@
 // the model's objects, and the reader of one record.
 //
 //   ZEMEditTargets targets = ZEMEditTargets::FromModel(mgr);
-//   IZEMEdit* e = ReadEditRecord(&stream, targets);   // code, then its fields
+//   EditRecordSource source(&stream);
+//   IZEMEdit* e = ReadEditRecord(source, targets);   // code, then its fields
 //
 // A record that is short, has an unknown code, names an index the model does
 // not have, a matrix entry that does not exist or a term whose multiplier
@@ -10,6 +11,7 @@
 // routine "CZEMCaseMgr::RestoreFromStream"); nothing is made then.
 #pragma once
 
+#include <cstddef>
 #include <istream>
 #include <string>
 #include <vector>
@@ -38,7 +40,30 @@ struct ZEMEditTargets {
 // row object; long ones use the matrix's own index.
 ILPNonZero* FindMatrixEntry(ILPMatrix* matrix, ILPEquation* row, ILPVariable* col);
 
-IZEMEdit* ReadEditRecord(std::istream* is, const ZEMEditTargets& targets);
+// Hands out the bytes of edit records from a stream. On a stream that can
+// seek it reads ahead a block at a time and gives back, when it goes, what
+// it read beyond the last record taken; on any other stream it reads just
+// what each record needs. The stream's state flags are left alone.
+class EditRecordSource {
+public:
+    explicit EditRecordSource(std::istream* is);
+    ~EditRecordSource();
+    EditRecordSource(const EditRecordSource&) = delete;
+    EditRecordSource& operator=(const EditRecordSource&) = delete;
+    // The next n bytes, or null when the stream holds fewer.
+    const unsigned char* Take(size_t n);
+
+private:
+    static constexpr size_t kBlock = 1 << 16;
+    std::istream* m_is;
+    bool m_seekable = false;
+    std::vector<unsigned char> m_buf;
+    size_t m_pos = 0;
+    size_t m_end = 0;
+};
+
+// Reads one record: the code, then its fields.
+IZEMEdit* ReadEditRecord(EditRecordSource& source, const ZEMEditTargets& targets);
 
 // The error every case-record and edit-record reader raises.
 [[noreturn]] void CaseReadError(const std::string& message);

@@ -6,6 +6,7 @@
 #include "cases/ZEMCaseCollection.h"
 #include "cases/ZEMCaseMgr.h"
 #include "cases/ZEMEdit.h"
+#include "cases/ZEMEditRecord.h"
 #include "lpdata/ZEMBinaryIO.h"
 #include "nlpdata/INonLinearModel.h"
 
@@ -68,6 +69,30 @@ TEST_F(CaseFileTest, FileRoundTripKeepsEveryRecord) {
     ASSERT_NE(back.GetCaseByName("CAPACITY"), nullptr);
     EXPECT_EQ(back.GetCaseByIndex(2), back.GetCaseByName("CAPACITY"));
     EXPECT_STREQ(back.GetCaseByIndex(1)->GetCaseDescription(), "crude 1 dearer");
+}
+
+// A stream over bytes that cannot seek (std::streambuf's own seekoff fails).
+struct OneWayBuf : std::streambuf {
+    explicit OneWayBuf(std::string& b) { setg(&b[0], &b[0], &b[0] + b.size()); }
+};
+
+TEST_F(CaseFileTest, CaseReadStopsAtItsLastRecordOnAnyStream) {
+    CZEMCaseCollection col(m.mgr);
+    Fill(col);
+    std::string bytes = Bytes(col).substr(160);
+    const ZEMEditTargets targets = ZEMEditTargets::FromModel(m.mgr);
+    OneWayBuf oneWay(bytes);
+    std::istream plain(&oneWay);
+    std::stringstream seekable(bytes);
+    for (std::istream* is : {static_cast<std::istream*>(&plain), static_cast<std::istream*>(&seekable)}) {
+        IZEMCaseMgr* c = nullptr;
+        CZEMCaseMgr::RestoreFromStream(is, m.mgr, nullptr, targets, &c);
+        EXPECT_EQ(c->CaseEditListPtr()->size(), 4u);
+        c->Destroy();
+        CZEMCaseMgr::RestoreFromStream(is, m.mgr, nullptr, targets, &c);
+        EXPECT_STREQ(c->GetCaseName(), "CAPACITY");
+        c->Destroy();
+    }
 }
 
 TEST_F(CaseFileTest, EmptyCollectionVersionAndUnknownCases) {
