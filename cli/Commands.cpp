@@ -8,7 +8,7 @@
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand(),
                                                   EvalCommand(), ConvertCommand(),
-                                                  DiffCommand()};
+                                                  DiffCommand(), CasesCommand()};
     return commands;
 }
 

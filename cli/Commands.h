@@ -41,3 +41,4 @@ Command DisplayCommand();
 Command EvalCommand();
 Command ConvertCommand();
 Command DiffCommand();
+Command CasesCommand();

@@ -122,6 +122,7 @@ constexpr const char* kNlpData = "nlpdata";
 constexpr const char* kZemMgr = "zemmgr";
 constexpr const char* kZemOper = "zemoper";
 constexpr const char* kXmpsUtil = "xmpsutil";
+constexpr const char* kCases = "cases";
 }  // namespace zemsrc
 
 // Throws ZEM_Exception(name, reason, routine, src, line).

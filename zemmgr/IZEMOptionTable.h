@@ -35,4 +35,7 @@ public:
     virtual void StreamRead(std::istream* is) = 0;
     // Every option name that has a value in either column, in byte order.
     virtual void OptionNames(std::vector<std::string>& names) = 0;
+    // Removes the first-column value of `name` (the second column stays);
+    // nothing happens when there is none.
+    virtual void RemoveOptionValue(const char* name) = 0;
 };

@@ -36,6 +36,10 @@ const char* ZEMOptionTable::GetOptionSecondValue(const char* name) {
     return lookup(m_second, name);
 }
 
+void ZEMOptionTable::RemoveOptionValue(const char* name) {
+    if (name != nullptr) m_first.erase(name);
+}
+
 void ZEMOptionTable::Display(std::ostream& os) {
     os << "\nO P T I O N   T A B L E   D I S P L A Y\n";
     os << "- - - - - -   - - - - -   - - - - - - -\n\n";

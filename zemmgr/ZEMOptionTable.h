@@ -20,6 +20,7 @@ public:
     void StreamWrite(std::ostream* os) override;
     void StreamRead(std::istream* is) override;
     void OptionNames(std::vector<std::string>& names) override;
+    void RemoveOptionValue(const char* name) override;
 
     using Column = std::map<std::string, std::string>;
     const Column& FirstColumn() const { return m_first; }
