@@ -11,8 +11,6 @@
 #include "cli/CliModel.h"
 #include "cli/Commands.h"
 #include "cli/Formats.h"
-#include "cli/ModelParts.h"
-#include "nlpdata/NonLinearity.h"
 #include "zemmgr/IZEMMgr.h"
 
 namespace {
@@ -72,18 +70,6 @@ int runShow(const ParsedArgs& args, std::ostream& out) {
     return 0;
 }
 
-// The writers carry a term's stored constants, not a multiplier changed
-// apart from them, so such a model is refused before anything is written.
-void checkMultipliersWritable(IZEMMgr* zem) {
-    ForEachTerm(zem, [](INonLinearity* t) {
-        auto* term = dynamic_cast<NonLinearity*>(t);
-        INLConstant* first = term != nullptr ? term->FrstNLConst() : nullptr;
-        if (first != nullptr && first->GetValue() != term->GetFrstConstVal())
-            throw std::runtime_error("term " + std::to_string(term->GetIndex()) +
-                                     " has an edited multiplier, which no output format carries");
-    });
-}
-
 bool parseInt(const std::string& text, int& out) {
     try {
         size_t used = 0;
@@ -112,8 +98,7 @@ int runApply(const ParsedArgs& args, std::ostream& out) {
         if (!numeric || cases.ApplyCaseNumber(number) != 0)
             throw std::runtime_error("no case '" + which + "' in " + args.positionals[2]);
     }
-    checkMultipliersWritable(model.Zem());
-    format.save(output, model);
+    SaveOutput(format, output, model);
     out.flush();
     return 0;
 }

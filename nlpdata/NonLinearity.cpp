@@ -264,3 +264,9 @@ int NonLinearity::Compare(INonLinearity* other, int mode, double tolerance, std:
     }
     return -1;
 }
+
+bool NonLinearity::MultiplierApart(INonLinearity* term) {
+    auto* t = dynamic_cast<NonLinearity*>(term);
+    INLConstant* first = t != nullptr ? t->FrstNLConst() : nullptr;
+    return first != nullptr && first->GetValue() != t->GetFrstConstVal();
+}

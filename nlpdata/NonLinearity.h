@@ -105,6 +105,10 @@ public:
 
     // The multiplier copy of the first constant (0 until a constant is added).
     double GetFrstConstVal() const { return m_frstConst; }
+    // True when the multiplier was changed apart from the first constant
+    // (setFrstConstVal, as a case's term edit does). Files carry the
+    // constants only, so their writers refuse such a term.
+    static bool MultiplierApart(INonLinearity* term);
     const char* GetNumericFormat() const { return m_format; }
     // Sets the numeric format when `format` is non-null, shorter than 17
     // characters and holds exactly one floating-point conversion (flags,

@@ -20,6 +20,7 @@
 #include "nlpdata/INonLinearModel.h"
 #include "nlpdata/INonLinearity.h"
 #include "nlpdata/NLTypeCodes.h"
+#include "nlpdata/NonLinearity.h"
 #include "xmpsutil/XMPSTokens.h"
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/IZEMOptionTable.h"
@@ -166,6 +167,8 @@ void CheckTerms(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* object
             refuse.Raise("Term", label.c_str(), "it has no variable, and the format reads no term without one");
         }
         if (t->NumberOfNLConstants() == 0) refuse.Raise("Term", label.c_str(), "it has no coefficient");
+        if (NonLinearity::MultiplierApart(t))
+            refuse.Raise("Term", label.c_str(), "its multiplier was changed apart from its first constant");
         const bool xlinear = IsXLinearProduct(t);
         if (!xlinear && (NameFault(keyword) != nullptr || xmpstok::IsANumber(keyword))) {
             refuse.Raise("Term", label.c_str(), "its keyword cannot stand on a card");

@@ -31,7 +31,8 @@
 // "12x"): the reader would take it for a constant.
 //
 // Not carried, and refused: nonlinear blocks and anything that is a member
-// of one, variable descriptions. Not carried and not part of the model's
+// of one, variable descriptions, a term multiplier changed apart from the
+// term's first constant. Not carried and not part of the model's
 // definition, so reset on reading: the working values of a solve (shadow
 // prices, activities, base, persistent, sample and relaxed values, scales,
 // model indices).

@@ -19,6 +19,7 @@
 #include "lpdata/LPRecordIO.h"
 #include "nlpdata/INonLinearModel.h"
 #include "nlpdata/INonLinearity.h"
+#include "nlpdata/NonLinearity.h"
 #include "zemmgr/IZEMOptionTable.h"
 #include "zemmgr/ZEMOptionTable.h"
 
@@ -128,6 +129,8 @@ void CheckWritable(const ZEMModelState& state, const ZEMModelContent& content,
          t = content.nonlinear->NextNonLinearityObject()) {
         const char* id = t->GetNonLinearityID();
         refuse.Block("Term", id, t->GetBlkMember());
+        if (NonLinearity::MultiplierApart(t))
+            refuse.Raise("Term", id, "its multiplier was changed apart from its first constant, which the file carries");
         if (id != nullptr && std::strlen(id) > kIdentifierMax)
             refuse.Raise("Term", id, "its identifier is longer than the 499 characters the model file keeps");
     }

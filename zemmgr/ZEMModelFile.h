@@ -92,8 +92,8 @@ extern const char* const kElementReadError;
 // - names of variables, equations, sets and collections over 60 characters
 //   (the name blocks and fields keep 60), term identifiers over 499;
 // - equations without matrix entries, for a model whose restore drops them;
-// - what no record has a place for: complementarity partners and variable
-//   descriptions;
+// - what no record has a place for: complementarity partners, variable
+//   descriptions, a term multiplier changed apart from its first constant;
 // - members of nonlinear blocks (rows, variables, terms): the sections skip
 //   them, leaving them to the blocks' own section, and this build has no
 //   block component to write them.
