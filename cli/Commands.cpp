@@ -5,7 +5,8 @@
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand(),
-                                                  EvalCommand(), ConvertCommand()};
+                                                  EvalCommand(), ConvertCommand(),
+                                                  CalcCommand()};
     return commands;
 }
 

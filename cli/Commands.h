@@ -40,3 +40,4 @@ Command DumpCommand();
 Command DisplayCommand();
 Command EvalCommand();
 Command ConvertCommand();
+Command CalcCommand();

@@ -31,9 +31,6 @@ NonLinearityBlockEquation::NonLinearityBlockEquation(const char* identifier)
 NonLinearityQCLEquation::NonLinearityQCLEquation(const char* identifier)
     : NonLinearityEquationTerm(kNLQCLEquation, "QCLEQ", identifier, "QCL EQUATION") {}
 
-NonLinearityNLEEquation::NonLinearityNLEEquation(const char* identifier)
-    : NonLinearityEquationTerm(kNLNLEEquation, "USEREQ", identifier, "USER EQUATION") {}
-
 NonLinearitySCDEquation::NonLinearitySCDEquation(const char* identifier)
     : NonLinearityEquationTerm(kNLSCDEquation, "SCDEQ", identifier, "SCD EQUATION") {}
 

@@ -2,7 +2,6 @@
 // list make because they need the model's context:
 //   NonLinearityBlockEquation ("NLBLKEQ", code 8)  - an equation of a nonlinear block
 //   NonLinearityQCLEquation   ("QCLEQ", code 9)    - a blending-correlation equation
-//   NonLinearityNLEEquation   ("USEREQ", code 11)  - a user equation
 //   NonLinearityWrap          ("WRAPEQ", code 12)  - a wrapper around another term
 //   NonLinearitySCDEquation   ("SCDEQ", code 13)   - a closed distillation-model equation
 //
@@ -12,8 +11,10 @@
 // survives writing and reading.
 //
 // Their evaluation is not built: each evaluates to 0 and adds no
-// derivatives. A wrapper remembers the term handed to AddNonlinearityRef and
-// returns it from GetNonlinearityRef; it does not own it.
+// derivatives. The user equation ("USEREQ", code 11), which evaluates its
+// formula, is NonLinearityNLEEquation in NLUserEquation.h.
+// A wrapper remembers the term handed to AddNonlinearityRef and returns it
+// from GetNonlinearityRef; it does not own it.
 #pragma once
 
 #include "nlpdata/NLGradientTerm.h"
@@ -45,11 +46,6 @@ public:
 class NonLinearityQCLEquation : public NonLinearityEquationTerm {
 public:
     explicit NonLinearityQCLEquation(const char* identifier = nullptr);
-};
-
-class NonLinearityNLEEquation : public NonLinearityEquationTerm {
-public:
-    explicit NonLinearityNLEEquation(const char* identifier = nullptr);
 };
 
 class NonLinearitySCDEquation : public NonLinearityEquationTerm {

@@ -124,8 +124,6 @@ TEST(EquationTerms, KeepTheirFullIdentifierAndAddNothing) {
          "NLBLKEQ", "BLOCK EQUATION"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityQCLEquation("QCLEQ:RVP:1")), 9,
          "QCLEQ", "QCL EQUATION"},
-        {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityNLEEquation("USEREQ:f")), 11,
-         "USEREQ", "USER EQUATION"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityWrap("WRAPEQ:w")), 12, "WRAPEQ",
          "WRAPPED TERM"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearitySCDEquation("SCDEQ:COL1")), 13,
