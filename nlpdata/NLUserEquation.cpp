@@ -100,7 +100,7 @@ double NonLinearityNLEEquation::EvaluateTerm() {
     LoadValues();
     double value = 0.0;
     if (m_eval.EvaluatePostfix(value) != CExpEval::kOk) return std::numeric_limits<double>::quiet_NaN();
-    return Multiplier() * value;
+    return Finite(Multiplier() * value);
 }
 
 bool NonLinearityNLEEquation::Gradient(std::vector<double>& grad) {
@@ -109,6 +109,6 @@ bool NonLinearityNLEEquation::Gradient(std::vector<double>& grad) {
     if (m_eval.EvaluateGradient(value, m_symbolGrad.data()) != CExpEval::kOk) return false;
     const double k = Multiplier();
     for (size_t i = 0; i < m_bound.size(); ++i)
-        if (m_bound[i] && static_cast<size_t>(m_slot[i]) < grad.size()) grad[m_slot[i]] += k * m_symbolGrad[i];
+        if (m_bound[i] && static_cast<size_t>(m_slot[i]) < grad.size()) grad[m_slot[i]] += Finite(k * m_symbolGrad[i]);
     return true;
 }

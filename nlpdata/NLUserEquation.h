@@ -15,8 +15,9 @@
 // card holds.
 //
 // The formula's names are its variables' names, compared exactly (as the
-// model compares names); a variable whose name is a function name (sqrt,
-// abs, ln, lg, exp) cannot be named in a formula. The first constant, when
+// model compares names). A variable whose name the formula language cannot
+// spell (a function name such as "ln", a name that begins with a digit or
+// holds ".", "+", "=" and the like) cannot be named in a formula. The first constant, when
 // there is one, multiplies the formula; a term takes at most one constant.
 //
 // Refusals (ZEM_Exception, category "NonLinearModel Error"):
@@ -25,7 +26,9 @@
 //   - when the term is added to the model (CheckComplete): a formula name
 //     that is none of its variables, or more than one constant.
 // Derivatives are those of the parsed formula (CExpEval::EvaluateGradient),
-// exact up to rounding. A variable the formula does not name gets 0. At a
+// exact up to rounding; an infinite value or derivative is replaced by the
+// largest finite double of its sign, as in the elementary types. A variable
+// the formula does not name gets 0. At a
 // point where the formula fails (a division by exactly 0) the term's value
 // is NaN and it adds no derivatives, so the failure shows in the row.
 #pragma once
