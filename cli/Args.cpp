@@ -46,6 +46,10 @@ ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<Opt
         } else {
             throw UsageError("option '" + name + "' needs a value");
         }
+        if (spec->repeatable) {
+            parsed.lists[name].push_back(value);
+            continue;
+        }
         if (!parsed.values.emplace(name, value).second) {
             throw UsageError("option '" + name + "' given twice");
         }

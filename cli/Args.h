@@ -18,12 +18,14 @@ struct OptionSpec {
     const char* name;  // with the leading dashes, e.g. "--format"
     const char* valueName;  // null for a flag, else the value's name in help
     const char* help;
+    bool repeatable = false;  // may be given more than once; values kept in order in `lists`
 };
 
 struct ParsedArgs {
     std::vector<std::string> positionals;
     std::set<std::string> flags;
     std::map<std::string, std::string> values;
+    std::map<std::string, std::vector<std::string>> lists;
 
     bool Has(const std::string& name) const { return flags.count(name) != 0; }
     // The value of an option, or `fallback` when it was not given.

@@ -8,7 +8,8 @@
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {InfoCommand(), DumpCommand(), DisplayCommand(),
                                                   EvalCommand(), ConvertCommand(),
-                                                  DiffCommand(), CasesCommand()};
+                                                  DiffCommand(), CasesCommand(),
+                                                  CalcCommand()};
     return commands;
 }
 

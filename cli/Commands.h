@@ -42,3 +42,4 @@ Command EvalCommand();
 Command ConvertCommand();
 Command DiffCommand();
 Command CasesCommand();
+Command CalcCommand();

@@ -28,9 +28,6 @@ void NonLinearityEquationTerm::WriteHeader(std::ostream& os) {
 NonLinearityBlockEquation::NonLinearityBlockEquation(const char* identifier)
     : NonLinearityEquationTerm(kNLBlockEquation, "NLBLKEQ", identifier, "BLOCK EQUATION") {}
 
-NonLinearityNLEEquation::NonLinearityNLEEquation(const char* identifier)
-    : NonLinearityEquationTerm(kNLNLEEquation, "USEREQ", identifier, "USER EQUATION") {}
-
 NonLinearitySCDEquation::NonLinearitySCDEquation(const char* identifier)
     : NonLinearityEquationTerm(kNLSCDEquation, "SCDEQ", identifier, "SCD EQUATION") {}
 

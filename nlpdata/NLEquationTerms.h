@@ -3,7 +3,8 @@
 //   NonLinearityBlockEquation ("NLBLKEQ", code 8)  - an equation of a nonlinear block
 //   NonLinearityQCLEquation   ("QCLEQ", code 9)    - a blending-correlation equation,
 //                                                    in nlpdata/NLQCLEquation.h
-//   NonLinearityNLEEquation   ("USEREQ", code 11)  - a user equation
+//   NonLinearityNLEEquation   ("USEREQ", code 11)  - a user equation, in
+//                                                    nlpdata/NLUserEquation.h
 //   NonLinearityWrap          ("WRAPEQ", code 12)  - a wrapper around another term
 //   NonLinearitySCDEquation   ("SCDEQ", code 13)   - a closed distillation-model equation
 //
@@ -12,9 +13,10 @@
 // when none is given), together with its arguments and constants, and
 // survives writing and reading.
 //
-// Apart from the correlation term, their evaluation is not built: each
-// evaluates to 0 and adds no derivatives. A wrapper remembers the term handed to AddNonlinearityRef and
-// returns it from GetNonlinearityRef; it does not own it.
+// Apart from the correlation and user equations, their evaluation is not
+// built: each evaluates to 0 and adds no derivatives. A wrapper remembers the
+// term handed to AddNonlinearityRef and returns it from GetNonlinearityRef;
+// it does not own it.
 #pragma once
 
 #include "nlpdata/NLGradientTerm.h"
@@ -41,11 +43,6 @@ private:
 class NonLinearityBlockEquation : public NonLinearityEquationTerm {
 public:
     explicit NonLinearityBlockEquation(const char* identifier = nullptr);
-};
-
-class NonLinearityNLEEquation : public NonLinearityEquationTerm {
-public:
-    explicit NonLinearityNLEEquation(const char* identifier = nullptr);
 };
 
 class NonLinearitySCDEquation : public NonLinearityEquationTerm {

@@ -21,6 +21,7 @@
 #include "nlpdata/NLConstant.h"
 #include "nlpdata/NLEquationTerms.h"
 #include "nlpdata/NLQCLEquation.h"
+#include "nlpdata/NLUserEquation.h"
 #include "nlpdata/NonLinearBlockList.h"
 #include "nlpdata/QCLBinding.h"
 #include "nlpdata/NLTypeCodes.h"
@@ -175,6 +176,7 @@ int NonLinearModel::AddNonLinearityObject(INonLinearity* term) {
             ZEM_RAISE(zemsrc::kNlpData, "NonLinearModel Error",
                       std::string("NonLinearity Variable not in the model : ") + v->GetName(),
                       kPlace);
+    NonLinearityNLEEquation::CheckIfUserEquation(term);
 
     return Insert(term, nullptr);
 }
@@ -515,9 +517,13 @@ void NonLinearModel::CreateNLScdObject(const char* name, INonLinearity** out) {
     MakeEquationTerm<NonLinearitySCDEquation>(name, out);
 }
 
-void NonLinearModel::CreateNLNleObject(const char* name, INonLinearity** out, const char*,
+// The formula comes from the name ("USEREQ:formula") or from p1; p2 is not
+// used. A formula that does not parse is refused here.
+void NonLinearModel::CreateNLNleObject(const char* name, INonLinearity** out, const char* p1,
                                        const char*) {
-    MakeEquationTerm<NonLinearityNLEEquation>(name, out);
+    if (!out) return;
+    *out = nullptr;
+    *out = new (std::nothrow) NonLinearityNLEEquation(name, p1);
 }
 
 void NonLinearModel::CreateNLWrapObject(const char* name, INonLinearity** out) {

@@ -26,6 +26,7 @@
 #include "lpdata/ZEMBinaryIO.h"
 #include "lpdata/ZEMException.h"
 #include "nlpdata/INonLinearBlockList.h"
+#include "nlpdata/NLUserEquation.h"
 #include "nlpdata/NonLinearModel.h"
 
 namespace {
@@ -314,6 +315,7 @@ void NonLinearModel::ReadSection(int layout, int count, ILPVariable** vars, ILPE
         if (r.active == 0) made->DeActivate();
         entries.clear();
         for (int32_t k = 0; k < r.nUnique; ++k) entries.push_back(nzs[nzIdx[ui++] - 1]);
+        NonLinearityNLEEquation::CheckIfUserEquation(made);
         Insert(guard.release(), entries.data());
     }
 }

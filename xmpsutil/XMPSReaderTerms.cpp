@@ -108,6 +108,10 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     t = map->Next(after(t));
     if (t.text == nullptr) return kXMPSCardToken;
     if (!isNumber(t)) {
+        // A keyword cut short could name another term (a user equation's
+        // formula is its keyword), so a longer one is refused.
+        if (t.n > kMax)
+            CardFault("XMPS NONLINEAR Section Error - Keyword longer than 128 characters", kNonLinearRoutine, __LINE__);
         copy(m_keyword, t, kMax);
         t = map->Next(after(t));
         if (t.text == nullptr) return kXMPSCardToken;
@@ -403,6 +407,8 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
             term->AddVariableObject(FindOrCreateVariable(arg, ArgumentLength(i), texts.createVariable, texts.routine));
         }
     }
-    nl->AddNonLinearityObject(term.release());
+    // The model takes the term only when it accepts it.
+    nl->AddNonLinearityObject(term.get());
+    term.release();
 }
 

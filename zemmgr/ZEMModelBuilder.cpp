@@ -222,7 +222,12 @@ void ZEMModelBuilder::Complete(const MakerTexts& texts, INonLinearity* term, ILP
     term->SetEquationPtr(eqn);
     for (int i = 0; i < nConsts; ++i) term->AddNLConstantObject(consts[i]);
     for (int i = 0; i < nVars; ++i) term->AddVariableObject(vars[i]);
-    m_nonlinear->AddNonLinearityObject(term);
+    try {
+        m_nonlinear->AddNonLinearityObject(term);
+    } catch (...) {
+        term->Destroy();  // refused terms stay with the maker
+        throw;
+    }
     if (out != nullptr) *out = term;
 }
 

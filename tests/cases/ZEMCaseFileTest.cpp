@@ -174,13 +174,13 @@ TEST_F(CaseFileTest, MalformedFilesRaiseAndKeepEarlierCases) {
     const size_t edit1 = 160 + 268;
     int cases = -1;
     EXPECT_NE(Read(patched(edit1, std::string("\x0a\x00", 2)), &cases).find("Unknown edit code"), std::string::npos);
-    EXPECT_NE(Read(patched(edit1 + 2, i32(15)), &cases).find("equation index 15"), std::string::npos);
+    EXPECT_NE(Read(patched(edit1 + 2, i32(16)), &cases).find("equation index 16"), std::string::npos);
     EXPECT_NE(Read(patched(edit1 + 6, i32(0))).find("variable index 0"), std::string::npos);
     EXPECT_NE(Read(patched(160 + 264, i32(-1))).find("Negative edit count"), std::string::npos);
     EXPECT_NE(Read(patched(160 + 264, i32(1 << 30))).find("edit record"), std::string::npos);
     EXPECT_NE(Read(patched(8, i32(-3))).find("Negative case count"), std::string::npos);
     EXPECT_NE(Read(patched(8, i32(1 << 30))).find("Header from binary file"), std::string::npos);
-    EXPECT_NE(Read(patched(12, i32(18))).find("made for a model of 18 variables"), std::string::npos);
+    EXPECT_NE(Read(patched(12, i32(19))).find("made for a model of 19 variables"), std::string::npos);
     EXPECT_NE(Read(patched(160 + 4, std::string(129, 'N'))).find("terminator"), std::string::npos);
     EXPECT_NE(Read(patched(24, std::string(129, 'N'))).find("terminator"), std::string::npos);
     EXPECT_EQ(cases, 0);

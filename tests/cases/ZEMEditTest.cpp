@@ -145,11 +145,11 @@ TEST_F(EditTest, AddingRefusesWhatTheModelLacks) {
     EXPECT_NE(FailureOf([&] { c.AddMatrixCoeffEdit("CDUCAP", "DIESEL", 1.0); }), "none");
     EXPECT_TRUE(c.CaseEditListPtr()->empty());
 
-    std::vector<double> values(17);
+    std::vector<double> values(18);
     for (size_t i = 0; i < values.size(); ++i) values[i] = double(i);
     c.AddInitialVectorEdits(nullptr);
     c.AddInitialVectorEdits(values.data());
-    ASSERT_EQ(c.CaseEditListPtr()->size(), 17u);
+    ASSERT_EQ(c.CaseEditListPtr()->size(), 18u);
     c.Apply();
     EXPECT_EQ(m.Var("CRUDE1")->GetVarValue(), double(m.Var("CRUDE1")->GetIndex() - 1));
 }

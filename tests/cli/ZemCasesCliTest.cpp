@@ -25,7 +25,7 @@ TEST_F(ZemCases, BuiltFileShowsTheEditsItWasBuiltFrom) {
     ASSERT_EQ(r.status, 0) << r.err;
     const nlohmann::json shown = nlohmann::json::parse(r.out);
     EXPECT_EQ(shown["cases"], nlohmann::json::parse(Slurp(edits))["cases"]);
-    EXPECT_EQ(shown["dimension"], nlohmann::json::parse("[17, 14, 41]"));
+    EXPECT_EQ(shown["dimension"], nlohmann::json::parse("[18, 15, 45]"));
     r = Run("cases show '" + xlm + "' --model '" + Refinery() + "'");
     ExpectAll(r.out, {"Z E M   C A S E   S T A C K I N G", "Z E M   C A S E   - CAPACITY"});
 }
@@ -59,7 +59,7 @@ TEST_F(ZemCases, RefusedEditListsWriteNothing) {
         {R"([{"kind": "value", "variable": "TEMP", "value": 1}, {"kind": "swap"}])", "case 'A', edit 2: unknown kind 'swap'"},
         {R"([{"kind": "bound", "variable": "TEMP", "bound": "both", "value": 1}])", "not lower, upper or fix"},
         {R"([{"kind": "coefficient", "equation": "CDUCAP", "variable": "DIESEL", "value": 1}])", "No matrix coefficient"},
-        {R"([{"kind": "term_coefficient", "term": 11, "value": 1}])", "no term of index 11"},
+        {R"([{"kind": "term_coefficient", "term": 13, "value": 1}])", "no term of index 13"},
     };
     const std::string xlm = dir_ + "/bad.xlm";
     for (const auto& b : bad) {

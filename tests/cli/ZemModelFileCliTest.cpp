@@ -42,13 +42,13 @@ TEST_F(ZemModelFile, ModelFileDumpsExactlyAsTheXmpsItCameFrom) {
     EXPECT_EQ(doc.at("title").get<std::string>(), "REFINERY");
     EXPECT_EQ(doc.at("variables").size(), 18u);
     const Doc& terms = doc.at("terms");
-    ASSERT_EQ(terms.size(), 11u);
+    ASSERT_EQ(terms.size(), 12u);
     // The product written among the linear coefficients comes first.
     std::string keywords;
     for (const Doc& t : terms) keywords += t.at("keyword").get<std::string>() + " ";
     EXPECT_EQ(keywords.substr(0, 15), "XPROD DIV EXPX ");
-    EXPECT_EQ(terms.at(7).at("keyword").get<std::string>() + " " + terms.at(9).at("keyword").get<std::string>() + " " +
-                  terms.at(10).at("keyword").get<std::string>(),
+    EXPECT_EQ(terms.at(8).at("keyword").get<std::string>() + " " + terms.at(10).at("keyword").get<std::string>() + " " +
+                  terms.at(11).at("keyword").get<std::string>(),
               "FLTQB QCLEQ:RVP CONST");
     EXPECT_EQ(terms.at(1).at("equation").get<std::string>(), "OCTANE");
     EXPECT_EQ(Texts(terms.at(1).at("variables")),
@@ -102,13 +102,13 @@ TEST_F(ZemModelFile, InfoCountsTermsAndTheirRowsInEveryFormat) {
     const std::string zemFile = RefineryZem();
     for (const std::string& path : {Refinery(), zemFile}) {
         const Doc v = Json("info --json '" + path + "'");
-        EXPECT_EQ(v.at("nonlinear_terms").get<double>(), 11) << path;
-        // REFCAP and ENERGYUSE hold two terms each; OCTANE, VAPOUR,
-        // SEVERITY, TANKQ, DISTEVAP, RVPBLEND and PROFIT one each.
+        EXPECT_EQ(v.at("nonlinear_terms").get<double>(), 12) << path;
+        // ENERGYUSE holds three terms, REFCAP two; OCTANE, VAPOUR, SEVERITY,
+        // TANKQ, DISTEVAP, RVPBLEND and PROFIT one each.
         EXPECT_EQ(v.at("nonlinear_equations").get<double>(), 9) << path;
     }
     const Result text = Run("info '" + zemFile + "'");
-    EXPECT_NE(text.out.find("Nonlinear:  11 terms in 9 equations\n"), std::string::npos) << text.out;
+    EXPECT_NE(text.out.find("Nonlinear:  12 terms in 9 equations\n"), std::string::npos) << text.out;
 
     // The format can be named when the extension does not tell it.
     const std::string renamed = dir_ + "/refinery.bin";
@@ -140,12 +140,13 @@ TEST_F(ZemModelFile, GamsOutputWritesTermsAsAlgebraOrRefusesTheModel) {
     ExpectAll(Slurp(path), {"$OFFSYMLIST\n", "CAP_LE", "CAP_GE", "PROFIT_OBJ =E= ", "  X.UP =  8.000000e+00 ;",
                             "+ 2 * X * Y", "+ 1.5 * exp(0.5 + Y)", "+ 2 * ifThen((1 + X) >= 1e-06, log((1 + X))",
                             "\n   + 2 * X * Y\n   + 1.5 * exp(0.5 + Y)"});
-    // The refinery holds a distillation term, which GAMS cannot express: the
-    // model is refused by name and an existing file stays as it was.
+    // The refinery holds terms GAMS cannot express (a user equation comes
+    // first): the model is refused by name and an existing file stays as it
+    // was.
     const std::string kept = File("kept.gms", "kept\n");
     const Result refused = Run("convert '" + Refinery() + "' '" + kept + "'");
     EXPECT_EQ(refused.status, 1);
-    EXPECT_NE(refused.err.find("Term DIBIFUNC"), std::string::npos) << refused.err;
+    EXPECT_NE(refused.err.find("Term USEREQ:"), std::string::npos) << refused.err;
     EXPECT_EQ(Slurp(kept), "kept\n");
 }
 

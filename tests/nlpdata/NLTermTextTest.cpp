@@ -123,8 +123,6 @@ TEST(EquationTerms, KeepTheirFullIdentifierAndAddNothing) {
     } cases[] = {
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityBlockEquation("NLBLKEQ:B1")), 8,
          "NLBLKEQ", "BLOCK EQUATION"},
-        {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityNLEEquation("USEREQ:f")), 11,
-         "USEREQ", "USER EQUATION"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearityWrap("WRAPEQ:w")), 12, "WRAPEQ",
          "WRAPPED TERM"},
         {std::unique_ptr<NonLinearityEquationTerm>(new NonLinearitySCDEquation("SCDEQ:COL1")), 13,

@@ -136,11 +136,12 @@ TEST_F(NonLinearModelAdd, CreationDispatchAndOverrideFactory) {
     m.model->NonlinearityTypeNameToTypeID("XPROD2", &code);
     EXPECT_EQ(code, kNLProduct2);
     // Equation terms are made by the model and keep their whole identifier;
-    // unknown names are kept too.
+    // unknown names are kept too. (A user equation's p1, its formula, must
+    // agree with the one its name carries.)
     const struct {
         const char* name;
         int16_t code;
-    } named[] = {{"SCDEQ:A", kNLSCDEquation}, {"QCLEQ:ABC", kNLQCLEquation}, {"USEREQ:U1", kNLNLEEquation},
+    } named[] = {{"SCDEQ:A", kNLSCDEquation}, {"QCLEQ:ABC", kNLQCLEquation}, {"USEREQ:p1", kNLNLEEquation},
                  {"WRAPEQ:W", kNLWrap},       {"NOSUCH", kNLUnknown}};
     for (const auto& e : named) {
         m.model->CreateNonLinearityObject(e.name, &t, "p1", "p2");

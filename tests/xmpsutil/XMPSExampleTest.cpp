@@ -12,7 +12,7 @@ TEST(XMPSExample, RefineryReadsEvaluatesAndSurvivesAWriteAndRead) {
     Model m = ReadFile(std::string(ZEM_SOURCE_DIR) + "/examples/refinery.xmps");
     std::set<int> types;
     for (INonLinearity* t : Terms(m.get())) types.insert(t->GetType());
-    EXPECT_EQ(types, (std::set<int>{1, 2, 3, 4, 9, 14, 15, 16, 20, 21, 91}));
+    EXPECT_EQ(types, (std::set<int>{1, 2, 3, 4, 9, 11, 14, 15, 16, 20, 21, 91}));
     EXPECT_EQ(Eqn(m.get(), "PROFIT")->GetType(), ZEM_EQN_OBJECTIVE);
     EXPECT_DOUBLE_EQ(Var(m.get(), "TEMP")->GetTempBoundLower(), 470.0);
     EXPECT_DOUBLE_EQ(Var(m.get(), "CRUDE1")->GetVarValue(), 60.0);
