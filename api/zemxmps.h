@@ -354,7 +354,8 @@ int32_t SetType(void* collection, int16_t type);
  * are output-major, output o by input i at o * inputs + i.
  * SetQCLDerivativeOption: 0 (default) derivatives from the library, 1 by
  * differences of its outputs, forward or, after SetQCLForwardOption(c, 0),
- * central; -2 for another value. SetQCLCoefficient changes the coefficient
+ * central (a shifted point the library refuses fails QCLCalculate with its
+ * code); -2 for another value. SetQCLCoefficient changes the coefficient
  * in the library, for every instance of that correlation. The library has
  * no monotone mode: SetMonotoneOption changes nothing and returns
  * ZEM_FLAT_QCL_NO_MONOTONE. Other functions return 0. */

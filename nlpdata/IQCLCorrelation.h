@@ -65,7 +65,8 @@ public:
     // Where Calculate takes the derivatives from: 0 (the default) the
     // library's own, 1 differences of the library's outputs, forward
     // (x + h, the default) or, with the forward option 0, central
-    // (x - h, x + h), with h = 1e-6 * max(1, |x|). Other values: -2.
+    // (x - h, x + h), with h = 1e-6 * max(1, |x|); a shifted point the
+    // library refuses fails the calculation with its code. Other values: -2.
     virtual int SetDerivativeOption(int32_t option) = 0;
     virtual void SetForwardOption(int32_t on) = 0;
 };
