@@ -25,7 +25,8 @@
  *
  * Strings. Strings in are NUL-terminated and copied by the library. Strings
  * out go to a buffer the caller supplies, with no length passed: the direct
- * getters (VarNameGet, EqnNameGet, GetCollectionName, the manifest getters)
+ * getters (VarNameGet, EqnNameGet, GetCollectionName, GetQCLCorrelationDesc,
+ * the correlation's Id getters, the manifest getters)
  * copy the whole text, so the buffer must hold the longest name; the walks
  * (Frst/NextVariableName, Frst/NextEquationName) and the packed lists
  * (VariableNames, EquationNames) cut a name of 128 or more characters to its
@@ -328,8 +329,70 @@ int32_t SetType(void* collection, int16_t type);
 /* ---- Cases. (Family to be added: case managers, case collections, edits
  * and the case file.) */
 
-/* ---- Correlation library. (Family to be added: the binding of the
- * external blending-correlation library.) */
+/* ---- Correlation library. Handles: the nonlinear model
+ * (GetNonLinearModelIntf) for the model's list of library correlations and
+ * for making instances; a correlation instance (made by
+ * MakeAddQCLCorrelationInstance, owned by the nonlinear model and gone after
+ * UninitializeQCL or the release of the model) for everything else;
+ * QCLCalculate takes both.
+ *
+ * The library is opened on first use (InitializeQCL or any model-handle
+ * function); one that cannot be opened throws. Correlations, their
+ * properties and coefficients are numbered from 0.
+ *
+ * Statuses. GetQCLCorrelationId and the ...PropertyId getters store "" and
+ * return 1 for a number out of range; GetQCLCorrelationIndex returns 1 with
+ * *out unchanged for an unknown identifier; MakeAddQCLCorrelationInstance
+ * stores the instance and returns 0 (an unknown correlation throws).
+ * QCLCalculate, GetQCLCorrelationDesc, GetQCLOutputPropertyType,
+ * GetQCLCoefficientValue and SetQCLCoefficient return the library's own
+ * code (0 success; the out-arguments are filled only then, except that the
+ * description buffer always gets a string). The value-buffer functions take
+ * the buffer's capacity in doubles and return -1 before initialisation, -2
+ * when the capacity is too small (SetQCLInputProperties: when `count` is not
+ * the input count; SetQCLInputProperty: no such input), else 0; derivatives
+ * are output-major, output o by input i at o * inputs + i.
+ * SetQCLDerivativeOption: 0 (default) derivatives from the library, 1 by
+ * differences of its outputs, forward or, after SetQCLForwardOption(c, 0),
+ * central (a shifted point the library refuses fails QCLCalculate with its
+ * code); -2 for another value. SetQCLCoefficient changes the coefficient
+ * in the library, for every instance of that correlation. The library has
+ * no monotone mode: SetMonotoneOption changes nothing and returns
+ * ZEM_FLAT_QCL_NO_MONOTONE. Other functions return 0. */
+#define ZEM_FLAT_QCL_NO_MONOTONE 4
+int32_t InitializeQCL(void* nlmodel);
+int32_t UninitializeQCL(void* nlmodel);
+int32_t CreateQCLIdMap(void* nlmodel);
+int32_t GetQCLCorrelationCount(void* nlmodel, int32_t* out);
+int32_t GetQCLCorrelationId(void* nlmodel, int32_t index, char* buf);
+int32_t GetQCLCorrelationIndex(void* nlmodel, const char* id, int32_t* out);
+int32_t MakeAddQCLCorrelationInstance(void* nlmodel, int32_t index, void** out);
+/* Computes at the instance's inputs for a stream of `flow`; when the model's
+ * correlation log is open and the instance's log flag set, reports there
+ * under the row name `row`. */
+int32_t QCLCalculate(void* nlmodel, void* correlation, const char* row, double flow);
+int32_t GetQCLCorrelationDesc(void* correlation, char* buf);
+int32_t GetQCLCorrelationType(void* correlation, int32_t* out);
+/* The correlation's index pair (-1 when it has none). */
+int32_t GetQCLCorrelationBlendIndex(void* correlation, int32_t* out);
+int32_t GetQCLInputPropertyCount(void* correlation, int32_t* out);
+int32_t GetQCLInputPropertyId(void* correlation, int32_t input, char* buf);
+int32_t GetQCLInputPropertyValues(void* correlation, int32_t capacity, double* out);
+int32_t GetQCLOutputPropertyCount(void* correlation, int32_t* out);
+int32_t GetQCLOutputPropertyId(void* correlation, int32_t output, char* buf);
+int32_t GetQCLOutputPropertyType(void* correlation, int32_t output, int32_t* out);
+int32_t GetQCLOutputPropertyValues(void* correlation, int32_t capacity, double* out);
+int32_t GetQCLCoefficientCount(void* correlation, int32_t* out);
+/* The coefficient's value, and its name into `name` (whole) unless NULL. */
+int32_t GetQCLCoefficientValue(void* correlation, int32_t coef, char* name, double* out);
+int32_t GetQCLDerivativeValues(void* correlation, int32_t capacity, double* out);
+int32_t GetQCLSlackCount(void* correlation, int32_t* out);
+int32_t SetQCLCoefficient(void* correlation, int32_t coef, double value);
+int32_t SetQCLDerivativeOption(void* correlation, int32_t option);
+int32_t SetQCLForwardOption(void* correlation, int32_t forward);
+int32_t SetQCLInputProperties(void* correlation, int32_t count, const double* values);
+int32_t SetQCLInputProperty(void* correlation, int32_t input, double value);
+int32_t SetMonotoneOption(void* correlation, int32_t on);
 
 /* ---- Nonlinear blocks. Handles: the model manager; a manifest for the
  * NLBlkManifest... functions.

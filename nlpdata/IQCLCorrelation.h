@@ -48,4 +48,25 @@ public:
     // the log flag is set and `log` is good, the calculation is reported
     // there under the row name `row`.
     virtual int32_t Calculate(const char* row, double flow, std::ostream* log) = 0;
+
+    // Queries passed to the library for this correlation; each returns the
+    // library's status (0 success) and fills its out-arguments only then.
+    virtual int32_t GetDescription(std::string& text) const = 0;
+    virtual int32_t GetOutputType(int32_t o, int32_t& type) const = 0;
+    virtual int32_t GetCoefficient(int32_t c, std::string& name, double& value) const = 0;
+    // Changes coefficient `c` in the library (for every instance of the
+    // correlation); the library's status.
+    virtual int32_t SetCoefficient(int32_t c, double value) = 0;
+    // The input values: -1 not initialised, -2 capacity below the input
+    // count, else copied and 0.
+    virtual int GetInputs(int capacity, double* buffer) const = 0;
+    // Sets input `i`: -1 not initialised, -2 no such input, else 0.
+    virtual int SetInput(int i, double value) = 0;
+    // Where Calculate takes the derivatives from: 0 (the default) the
+    // library's own, 1 differences of the library's outputs, forward
+    // (x + h, the default) or, with the forward option 0, central
+    // (x - h, x + h), with h = 1e-6 * max(1, |x|); a shifted point the
+    // library refuses fails the calculation with its code. Other values: -2.
+    virtual int SetDerivativeOption(int32_t option) = 0;
+    virtual void SetForwardOption(int32_t on) = 0;
 };

@@ -1,6 +1,8 @@
 #include "nlpdata/QCLCorrelation.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <locale>
 #include <sstream>
 
@@ -81,6 +83,7 @@ int32_t QCLCorrelation::Calculate(const char* row, double flow, std::ostream* lo
         if (m_lib.actualOutputCount(m_id, &actual) != 0 || actual < 0 || actual > m_outputCount)
             code = kBadOutputCount;
     }
+    if (code == 0 && m_differences) code = Differences(flow);
     if (m_log && log && log->good()) {
         if (code == 0)
             Report(*log, row ? row : "", flow);
@@ -88,6 +91,76 @@ int32_t QCLCorrelation::Calculate(const char* row, double flow, std::ostream* lo
             *log << "Equation: " << (row ? row : "") << " HQCL FAILED ****** Error code " << code << "\n";
     }
     return code;
+}
+
+int32_t QCLCorrelation::Differences(double flow) {
+    std::vector<double> at(m_inputs), up(m_outputs.size()), down(m_outputs), scratch(m_derivs.size());
+    const int32_t nDerivs = static_cast<int32_t>(scratch.size());
+    for (int32_t i = 0; i < m_inputCount; ++i) {
+        const double x = m_inputs[i];
+        const double h = 1e-6 * std::max(1.0, std::fabs(x));
+        at[i] = x + h;
+        int32_t code = m_lib.genCalc(m_id, at.data(), m_inputCount, flow, up.data(), m_outputCount,
+                                     scratch.data(), nDerivs);
+        if (code == 0 && !m_forward) {
+            at[i] = x - h;
+            code = m_lib.genCalc(m_id, at.data(), m_inputCount, flow, down.data(), m_outputCount,
+                                 scratch.data(), nDerivs);
+        }
+        at[i] = x;
+        if (code != 0) return code;
+        const double span = m_forward ? h : 2.0 * h;
+        for (int32_t o = 0; o < m_outputCount; ++o)
+            m_derivs[static_cast<size_t>(o) * m_inputCount + i] = (up[o] - down[o]) / span;
+    }
+    return 0;
+}
+
+int32_t QCLCorrelation::GetDescription(std::string& text) const {
+    char buf[1024] = {};
+    const int32_t status = m_lib.correlationDesc(m_id, buf, sizeof buf);
+    if (status == 0) text.assign(buf, strnlen(buf, sizeof buf - 1));
+    return status;
+}
+
+int32_t QCLCorrelation::GetOutputType(int32_t o, int32_t& type) const {
+    int32_t t = 0;
+    const int32_t status = m_lib.outPropType(m_id, o, &t);
+    if (status == 0) type = t;
+    return status;
+}
+
+int32_t QCLCorrelation::GetCoefficient(int32_t c, std::string& name, double& value) const {
+    char buf[256] = {};
+    double v = 0.0;
+    const int32_t status = m_lib.getCoef(m_id, c, buf, sizeof buf, &v);
+    if (status == 0) {
+        name.assign(buf, strnlen(buf, sizeof buf - 1));
+        value = v;
+    }
+    return status;
+}
+
+int32_t QCLCorrelation::SetCoefficient(int32_t c, double value) { return m_lib.setCoefValue(m_id, c, value); }
+
+int QCLCorrelation::GetInputs(int capacity, double* buffer) const {
+    if (!m_allocated) return -1;
+    if (capacity < m_inputCount) return -2;
+    std::copy(m_inputs.begin(), m_inputs.end(), buffer);
+    return 0;
+}
+
+int QCLCorrelation::SetInput(int i, double value) {
+    if (!m_allocated) return -1;
+    if (i < 0 || i >= m_inputCount) return -2;
+    m_inputs[static_cast<size_t>(i)] = value;
+    return 0;
+}
+
+int QCLCorrelation::SetDerivativeOption(int32_t option) {
+    if (option != 0 && option != 1) return -2;
+    m_differences = option == 1;
+    return 0;
 }
 
 void QCLCorrelation::Report(std::ostream& os, const char* row, double flow) const {

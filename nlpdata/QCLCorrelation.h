@@ -54,9 +54,20 @@ public:
     int GetOutputs(int capacity, double* buffer) const override;
     int GetDerivatives(int capacity, double* buffer) const override;
     int32_t Calculate(const char* row, double flow, std::ostream* log) override;
+    int32_t GetDescription(std::string& text) const override;
+    int32_t GetOutputType(int32_t o, int32_t& type) const override;
+    int32_t GetCoefficient(int32_t c, std::string& name, double& value) const override;
+    int32_t SetCoefficient(int32_t c, double value) override;
+    int GetInputs(int capacity, double* buffer) const override;
+    int SetInput(int i, double value) override;
+    int SetDerivativeOption(int32_t option) override;
+    void SetForwardOption(int32_t on) override { m_forward = on != 0; }
 
 private:
     void Report(std::ostream& os, const char* row, double flow) const;
+    // Replaces the derivatives by differences of the outputs around the
+    // inputs; 0 or the library's code for a shifted point.
+    int32_t Differences(double flow);
 
     const QCLLibrary& m_lib;
     int32_t m_id = -1;
@@ -68,6 +79,8 @@ private:
     int32_t m_inputCount = 0;
     int32_t m_outputCount = 0;
     bool m_allocated = false;
+    bool m_differences = false;
+    bool m_forward = true;
     std::vector<double> m_inputs;
     std::vector<double> m_outputs;
     std::vector<double> m_derivs;

@@ -48,6 +48,14 @@ const char* const kFamilies[] = {
     "NextNamedVarCollection RemoveNamedVarCollection AddVariableToNamedVarCollection "
     "AddVarByNameToNamedVarCollection GetCollectionName GetCollectionNumberVariables "
     "GetCollectionFirstVariable GetCollectionNextVariable GetDirection SetDirection GetType SetType",
+    "InitializeQCL UninitializeQCL QCLCalculate CreateQCLIdMap MakeAddQCLCorrelationInstance "
+    "GetQCLCorrelationCount GetQCLCorrelationId GetQCLCorrelationIndex GetQCLCorrelationDesc "
+    "GetQCLCorrelationType GetQCLCorrelationBlendIndex GetQCLInputPropertyCount "
+    "GetQCLInputPropertyId GetQCLInputPropertyValues GetQCLOutputPropertyCount "
+    "GetQCLOutputPropertyId GetQCLOutputPropertyType GetQCLOutputPropertyValues "
+    "GetQCLCoefficientCount GetQCLCoefficientValue GetQCLDerivativeValues GetQCLSlackCount "
+    "SetQCLCoefficient SetQCLDerivativeOption SetQCLForwardOption SetQCLInputProperties "
+    "SetQCLInputProperty SetMonotoneOption",
     "CreateNonLinearBlock CreateNonLinearBlockManifest AddNonLinearBlock NLBlkConstructBlock "
     "NLBlkInitializeBlockHost NLBlkManifestVerify",
 };
