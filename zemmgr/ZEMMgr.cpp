@@ -356,7 +356,6 @@ ZEMModelState ZEMMgr::FileState() const {
     state.matrixIncludesObjective = m_matrixIncludesObjective;
     state.valuesInitialized = m_valuesInitialized;
     state.hybrid = m_hybrid;
-    state.restoreDropsEmptyRows = true;
     return state;
 }
 

@@ -118,7 +118,7 @@ void CheckWritable(const ZEMModelState& state, const ZEMModelContent& content,
     for (ILPEquation* e = content.eqns->FrstEquationObject(); e; e = content.eqns->NextEquationObject()) {
         refuse.Name("Equation", e->GetName());
         refuse.Block("Equation", e->GetName(), e->GetBlkMember());
-        if (state.restoreDropsEmptyRows && content.matrix->NonZerosInRow(e->GetIndex()) == 0)
+        if (content.matrix->NonZerosInRow(e->GetIndex()) == 0)
             refuse.Raise("Equation", e->GetName(), "it has no entries, and restoring a model drops such rows");
     }
     for (ILPSpOrdSet* s = content.sets->FrstSpOrdSetObject(); s; s = content.sets->NextSpOrdSetObject())

@@ -59,9 +59,6 @@ struct ZEMModelState {
     bool matrixIncludesObjective = false;
     bool valuesInitialized = true;
     bool hybrid = false;
-    // Not in the file: the model's restore drops rows without entries (the
-    // model manager's does), so the writer refuses such rows.
-    bool restoreDropsEmptyRows = false;
 };
 
 // How the reader hands over the named collections: `make` gives an empty
@@ -91,7 +88,8 @@ extern const char* const kElementReadError;
 //   does not fit the ZEMFile header");
 // - names of variables, equations, sets and collections over 60 characters
 //   (the name blocks and fields keep 60), term identifiers over 499;
-// - equations without matrix entries, for a model whose restore drops them;
+// - equations without matrix entries: the end-of-read processing of every
+//   model that restores a file drops them;
 // - what no record has a place for: complementarity partners, variable
 //   descriptions, a term multiplier changed apart from its first constant;
 // - members of nonlinear blocks (rows, variables, terms): the sections skip

@@ -132,7 +132,13 @@ TEST_F(DataMgrTest, ModelFileRoundTripReplacesContent) {
     r1->SetType(3);
     r1->SetRHS(4);
     r1->SetRange(1.5);
-    eqns->InsertEquation("EMPTY");  // no entries: gone after the restore's processing
+    // A row without entries would be dropped by the restore's processing:
+    // the writer refuses it, naming it.
+    eqns->InsertEquation("EMPTY");
+    std::stringstream refused;
+    EXPECT_THROW(mgr->PersistAsStream(&refused), ZEM_Exception);
+    EXPECT_TRUE(refused.str().empty());
+    mgr->RemoveEquation(eqns->EqnNameLookup("EMPTY"));
     ILPVariable* x = vars->InsertVariable("X");
     vars->InsertVariable("Y");
     ILPNonZero* nz = nullptr;
