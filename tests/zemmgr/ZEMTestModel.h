@@ -52,10 +52,9 @@ ZEMMgrPtr RichMgr(const std::string& prefix = "");
 // X in [0, 5] at 1, y fixed at 2; objective COST = X.
 ZEMMgrPtr SmallMgr();
 
-// Checks with gtest that two models hold the same persisted content: title
-// and flags, every variable, equation and nonzero field the file carries,
-// the nonlinear terms (type, row, arguments, constants), sets, options and
-// named collections.
+// Checks with gtest that two models hold the same persisted content: their
+// model files at the current version are the same bytes. Without
+// compareTitleAndFlags, b first takes a's title and flags.
 void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool compareTitleAndFlags = true);
 
 // The model's bytes as PersistAsStream writes them.
