@@ -7,19 +7,9 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include "api/zemxmps.h"
-
-namespace {
-
-struct Values {
-    double rhs, upper, coef;
-    bool operator==(const Values& o) const {
-        return rhs == o.rhs && upper == o.upper && coef == o.coef;
-    }
-};
-
-}  // namespace
 
 TEST(FlatCases, CollectionAppliesUndoesAndKeepsItsCasesInTheFile) {
     void *mgr = nullptr, *b = nullptr, *x = nullptr, *cap = nullptr, *nz = nullptr;
@@ -28,14 +18,14 @@ TEST(FlatCases, CollectionAppliesUndoesAndKeepsItsCasesInTheFile) {
     MakeAddReturnVariableNew(b, "X", 0.0, 10.0, 1.0, 1, &x);
     MakeAddReturnEquationNew(b, "CAP", 3, 8.0, 0.0, &cap);
     MakeAddReturnLinearNonZeroNew(b, cap, x, 1.0, &nz);
-    auto now = [&] {
-        Values v{};
-        EqnRHSGet(cap, &v.rhs);
-        VarUpperBndGet(x, &v.upper);
-        GetCoefficient(nz, &v.coef);
-        return v;
+    auto now = [&] {  // CAP's right-hand side, X's upper bound, CAP's X entry
+        double rhs = 0, upper = 0, coef = 0;
+        EqnRHSGet(cap, &rhs);
+        VarUpperBndGet(x, &upper);
+        GetCoefficient(nz, &coef);
+        return std::make_tuple(rhs, upper, coef);
     };
-    const Values base{8.0, 10.0, 1.0}, edited{12.0, 4.0, 2.5};
+    const auto base = std::make_tuple(8.0, 10.0, 1.0), edited = std::make_tuple(12.0, 4.0, 2.5);
 
     void *cases = nullptr, *c = nullptr, *spare = nullptr;
     ASSERT_EQ(CreateZEMCaseCollection(mgr, &cases), 0);
