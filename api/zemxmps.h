@@ -326,8 +326,65 @@ int32_t SetDirection(void* collection, int16_t direction);
 int32_t GetType(void* collection, int16_t* out);
 int32_t SetType(void* collection, int16_t type);
 
-/* ---- Cases. (Family to be added: case managers, case collections, edits
- * and the case file.) */
+/* ---- Cases. Handles: the model manager for making a case or a collection;
+ * a case (made by CreateZEMCaseMgr) for the Add...Edit functions; a case
+ * collection for the others.
+ *
+ * A case is a numbered, named list of edits of one model; applying it
+ * applies the edits in order, saving each old value, and undoing it puts
+ * them back last-applied first. Name and description keep at most 128
+ * characters. The edits take entity handles: an equation, a variable, a
+ * nonzero (AddMatrixCoeffEditNZ) or a term (AddMatrixNonLinearityCoeffEdit,
+ * which edits its multiplier). AddMatrixCoeffEdit needs an existing matrix
+ * entry of the row and the column; AddVarBoundEdit's selector is -1 lower
+ * bound, 1 upper bound, 0 both (fixes the variable); AddInitialVectorEdits
+ * adds one value edit per variable, in list order, from `values` (one per
+ * variable; NULL adds nothing). AddOptionTableEdit sets an option of the
+ * model's option table; its name must be non-empty and name and value
+ * shorter than 100 characters. A NULL entity handle, a missing matrix entry
+ * or an option that does not fit throws.
+ *
+ * A collection takes a reference to its model and the model's variable
+ * values when it is made; after each undo it puts those values back (each
+ * kept inside the variable's bounds). AddZEMCaseToCollection hands the case
+ * to the collection, which destroys it with itself; DestroyZEMCaseMgr is
+ * only for a case never added. DestroyZEMCaseCollection destroys the
+ * collection and its cases and drops its model reference.
+ *
+ * Statuses. CreateZEMCaseMgr stores the case, or NULL and returns 1 when it
+ * cannot be made; CreateZEMCaseCollection returns 1 with *out unchanged when
+ * it cannot be made. ApplyCase and UnApplyCase return 1 for an unknown name;
+ * ApplyCaseNumber and UnApplyCaseNumber return -1 for an unknown number. The
+ * case file functions return the collection's result: RestoreCasesFromXLMFile
+ * gives -1 for a file of another version, reading nothing; a file that
+ * cannot be opened or read, or one made for a model of another dimension,
+ * throws; the cases read are added to those already held.
+ * DisplayCaseCollectionToFile writes the collection's listing to `path`.
+ * Other functions return 0. */
+int32_t CreateZEMCaseMgr(void* mgr, int32_t number, const char* name, const char* description,
+                         void** out);
+int32_t DestroyZEMCaseMgr(void* caseMgr);
+int32_t CreateZEMCaseCollection(void* mgr, void** out);
+int32_t DestroyZEMCaseCollection(void* collection);
+int32_t AddZEMCaseToCollection(void* collection, void* caseMgr);
+int32_t AddEqnRHSEdit(void* caseMgr, void* eqn, double value);
+int32_t AddEqnRangeEdit(void* caseMgr, void* eqn, double value);
+int32_t AddEqnTypeEdit(void* caseMgr, void* eqn, int16_t type);
+int32_t AddMatrixCoeffEdit(void* caseMgr, void* eqn, void* var, double value);
+int32_t AddMatrixCoeffEditNZ(void* caseMgr, void* nz, double value);
+int32_t AddMatrixNonLinearityCoeffEdit(void* caseMgr, void* term, double value);
+int32_t AddOptionTableEdit(void* caseMgr, const char* name, const char* value);
+int32_t AddVarBoundEdit(void* caseMgr, void* var, int16_t selector, double value);
+int32_t AddVarTypeEdit(void* caseMgr, void* var, int16_t type);
+int32_t AddVarValueEdit(void* caseMgr, void* var, double value);
+int32_t AddInitialVectorEdits(void* caseMgr, const double* values);
+int32_t ApplyCase(void* collection, const char* name);
+int32_t UnApplyCase(void* collection, const char* name);
+int32_t ApplyCaseNumber(void* collection, int32_t number);
+int32_t UnApplyCaseNumber(void* collection, int32_t number);
+int32_t PersistCasesToXLMFile(void* collection, const char* path);
+int32_t RestoreCasesFromXLMFile(void* collection, const char* path);
+int32_t DisplayCaseCollectionToFile(void* collection, const char* path);
 
 /* ---- Correlation library. Handles: the nonlinear model
  * (GetNonLinearModelIntf) for the model's list of library correlations and

@@ -1,7 +1,8 @@
 /* A C program driving the library through its flat interface: it builds a
- * small model with a nonlinear term, walks it, saves it to a model file,
- * restores the file into a second model, copies that into a third through
- * memory and checks that every step kept the model.
+ * small model with a nonlinear term, walks it, applies a case and reads it
+ * back, saves the model to a model file, restores the file into a second
+ * model, copies that into a third through memory and checks that every step
+ * kept the model.
  *
  *   build/examples/flat_model [DIR]      (files go to DIR, default ".")
  *
@@ -88,6 +89,31 @@ static void inspect(void* mgr, const char* label) {
     }
 }
 
+/* Applies a case and reads it back: a case raising CAP's right-hand side to
+ * 12 is applied by name through a collection and undone by number. */
+static void apply_case(void* mgr) {
+    void *eqns = NULL, *cap = NULL, *cases = NULL, *c = NULL;
+    double rhs = 0.0;
+    GetEquationCollectionIntf(mgr, &eqns);
+    FindEquationObject(eqns, "CAP", &cap);
+    check(cap != NULL, "CAP not found for the case");
+    if (!cap) return;
+    check(CreateZEMCaseCollection(mgr, &cases) == 0, "no case collection made");
+    check(CreateZEMCaseMgr(mgr, 1, "BIGCAP", "capacity 12", &c) == 0, "no case made");
+    if (!cases || !c) return;
+    AddEqnRHSEdit(c, cap, 12.0);
+    AddZEMCaseToCollection(cases, c);
+    check(ApplyCase(cases, "BIGCAP") == 0, "case BIGCAP not applied");
+    EqnRHSGet(cap, &rhs);
+    check(rhs == 12.0, "the case did not set CAP's right-hand side to 12");
+    check(UnApplyCaseNumber(cases, 1) == 0, "case 1 not undone");
+    EqnRHSGet(cap, &rhs);
+    check(rhs == 8.0, "undoing the case did not give CAP its right-hand side back");
+    check(ApplyCaseNumber(cases, 2) == -1, "unknown case 2 not reported");
+    DestroyZEMCaseCollection(cases);
+    printf("case: BIGCAP applied and undone\n");
+}
+
 int main(int argc, char** argv) {
     const char* dir = argc > 1 ? argv[1] : ".";
     char path[1024];
@@ -97,6 +123,7 @@ int main(int argc, char** argv) {
     check(CreateZEMObject(&first) == 0, "no model made");
     build(first);
     inspect(first, "built");
+    apply_case(first);
     WriteZEMFile(first, path);
 
     CreateZEMObject(&second);

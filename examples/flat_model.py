@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Drives the library through its flat interface from Python with ctypes:
-builds a small model, walks it, saves it to a model file, restores it into a
-second model and checks that the restored model is the one that was built.
+builds a small model, walks it, applies a case and reads it back, saves the
+model to a model file, restores it into a second model and checks that the
+restored model is the one that was built.
 
     python3 examples/flat_model.py [LIBRARY] [DIR]
 
@@ -48,6 +49,13 @@ SIGNATURES = {
     "RowFrstNonZeroObject": [VP, VP, P(VP)],
     "RowNextNonZeroObject": [VP, P(VP)],
     "GetCoefficient": [VP, P(DBL)],
+    "CreateZEMCaseCollection": [VP, P(VP)],
+    "DestroyZEMCaseCollection": [VP],
+    "CreateZEMCaseMgr": [VP, I32, CP, CP, P(VP)],
+    "AddZEMCaseToCollection": [VP, VP],
+    "AddVarBoundEdit": [VP, VP, I16, DBL],
+    "ApplyCaseNumber": [VP, I32],
+    "UnApplyCase": [VP, CP],
 }
 
 XPROD = 1  # type code of the product term
@@ -123,6 +131,29 @@ def inspect(lib, mgr):
     }
 
 
+def apply_case(lib, mgr):
+    """Applies a case lowering X's upper bound to 2 by number, undoes it by
+    name; returns the bound seen after each step and the status of an
+    unknown case."""
+    vars_, x, cases, case = VP(), VP(), VP(), VP()
+    lib.GetVariableCollectionIntf(mgr, C.byref(vars_))
+    lib.FindVariableObject(vars_, b"X", C.byref(x))
+    assert lib.CreateZEMCaseCollection(mgr, C.byref(cases)) == 0
+    assert lib.CreateZEMCaseMgr(mgr, 3, b"SMALLX", b"X at most 2", C.byref(case)) == 0
+    lib.AddVarBoundEdit(case, x, 1, 2.0)
+    lib.AddZEMCaseToCollection(cases, case)
+    upper = DBL()
+    seen = [lib.ApplyCaseNumber(cases, 3)]
+    lib.VarUpperBndGet(x, C.byref(upper))
+    seen.append(upper.value)
+    seen.append(lib.UnApplyCase(cases, b"SMALLX"))
+    lib.VarUpperBndGet(x, C.byref(upper))
+    seen.append(upper.value)
+    seen.append(lib.ApplyCaseNumber(cases, 4))
+    lib.DestroyZEMCaseCollection(cases)
+    return seen
+
+
 def main():
     here = os.path.dirname(os.path.abspath(__file__))
     lib_path = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "..", "build", "libzemxmps.so")
@@ -133,6 +164,7 @@ def main():
     assert lib.CreateZEMObject(C.byref(first)) == 0
     build(lib, first)
     built = inspect(lib, first)
+    case_steps = apply_case(lib, first)
     path = os.path.join(work, "flat_model_py.zem").encode()
     lib.WriteZEMFile(first, path)
     lib.CreateZEMObject(C.byref(second))
@@ -153,6 +185,11 @@ def main():
     bad = [k for k in expected if built[k] != expected[k] or restored[k] != expected[k]]
     for k in bad:
         print(f"flat_model.py: {k}: expected {expected[k]}, built {built[k]}, restored {restored[k]}",
+              file=sys.stderr)
+    # applied (0), bound 2, undone (0), bound 6 again, unknown case (-1)
+    if case_steps != [0, 2.0, 0, 6.0, -1]:
+        bad.append("case")
+        print(f"flat_model.py: case: expected [0, 2.0, 0, 6.0, -1], saw {case_steps}",
               file=sys.stderr)
     if not bad:
         print("flat_model.py: all checks passed")

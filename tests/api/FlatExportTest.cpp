@@ -48,6 +48,11 @@ const char* const kFamilies[] = {
     "NextNamedVarCollection RemoveNamedVarCollection AddVariableToNamedVarCollection "
     "AddVarByNameToNamedVarCollection GetCollectionName GetCollectionNumberVariables "
     "GetCollectionFirstVariable GetCollectionNextVariable GetDirection SetDirection GetType SetType",
+    "CreateZEMCaseMgr DestroyZEMCaseMgr CreateZEMCaseCollection DestroyZEMCaseCollection "
+    "AddZEMCaseToCollection AddEqnRHSEdit AddEqnRangeEdit AddEqnTypeEdit AddMatrixCoeffEdit "
+    "AddMatrixCoeffEditNZ AddMatrixNonLinearityCoeffEdit AddOptionTableEdit AddVarBoundEdit "
+    "AddVarTypeEdit AddVarValueEdit AddInitialVectorEdits ApplyCase UnApplyCase ApplyCaseNumber "
+    "UnApplyCaseNumber PersistCasesToXLMFile RestoreCasesFromXLMFile DisplayCaseCollectionToFile",
     "InitializeQCL UninitializeQCL QCLCalculate CreateQCLIdMap MakeAddQCLCorrelationInstance "
     "GetQCLCorrelationCount GetQCLCorrelationId GetQCLCorrelationIndex GetQCLCorrelationDesc "
     "GetQCLCorrelationType GetQCLCorrelationBlendIndex GetQCLInputPropertyCount "
