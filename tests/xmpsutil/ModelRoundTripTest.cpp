@@ -127,6 +127,25 @@ Built BuildRandomModel(IZEMMgr* m, Gen& g, int rows, int cols) {
         for (ILPVariable* v : args) t->AddVariableObject(v);
         NL(m)->AddNonLinearityObject(t);
     }
+    // A correlation term (flow, input), and a user equation over two
+    // columns whose names the formula language reads as names.
+    std::vector<ILPVariable*> plain;
+    for (ILPVariable* v : b.cols)
+        if (std::strlen(v->GetName()) < 10 && std::strspn(v->GetName(), "C0123456789") == std::strlen(v->GetName()))
+            plain.push_back(v);
+    const auto addTerm = [&](const std::string& keyword, const std::vector<ILPVariable*>& args) {
+        INonLinearity* t = nullptr;
+        NL(m)->CreateNonLinearityObject(keyword.c_str(), &t);
+        t->SetEquationPtr(b.rows[g.pick(rows)]);
+        t->AddNLConstantObject(g.nonzero());
+        for (ILPVariable* v : args) t->AddVariableObject(v);
+        NL(m)->AddNonLinearityObject(t);
+    };
+    addTerm("QCLEQ:RVP", {b.cols[0], b.cols[1]});
+    if (plain.size() >= 2) {
+        const std::string x = plain[0]->GetName(), y = plain[1]->GetName();
+        addTerm("USEREQ:2*" + x + "*" + y + "+" + x + "^2/(1+" + y + "^2)", {plain[0], plain[1]});
+    }
     ILPSpOrdSetList* sets = nullptr;
     m->GetSpOrdSetCollectionIntf(&sets);
     for (int type = 1; type <= 7; ++type) {
