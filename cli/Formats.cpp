@@ -14,6 +14,7 @@
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ZEMException.h"
 #include "mpsutil/MPSStdManager.h"
+#include "xmpsutil/MPSExportWriter.h"
 #include "xmpsutil/XMPSManager.h"
 #include "zemmgr/IZEMMgr.h"
 
@@ -57,6 +58,16 @@ void loadXmps(const std::string& path, CliModel& model) {
 
 void saveXmps(const std::string& path, CliModel& model) {
     makeXmpsManager(model.Zem(), path)->WriteMPSFile();
+}
+
+// Standard MPS for other tools; a model they would read differently is
+// refused before the file is made.
+void saveStandardMps(const std::string& path, CliModel& model) {
+    MPSExportWriter(model.Zem()).WriteMPSFile(path.c_str());
+}
+
+void saveStandardMpsFree(const std::string& path, CliModel& model) {
+    MPSExportWriter(model.Zem(), true).WriteMPSFile(path.c_str());
 }
 
 // The model file: a whole model, linear and nonlinear, in the manager's own
@@ -156,6 +167,8 @@ const std::vector<OutputFormat>& OutputFormats() {
         {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", saveXmps},
         {"zem", ".zem", "model file: the whole model in binary", saveZem},
         {"gams", ".gms", "GAMS model input", saveGams},
+        {"mps", ".mps", "standard MPS (linear), fixed fields when the names fit", saveStandardMps},
+        {"mps-free", ".mps", "standard MPS in free format (zem convert --free)", saveStandardMpsFree},
         {"summary", ".txt", "summary: heading, algebraic listing and display", saveSummary},
     };
     return formats;
@@ -177,12 +190,21 @@ const InputFormat& ResolveInputFormat(const std::string& path, const std::string
                      "' from its extension: use --format NAME");
 }
 
+const OutputFormat& OutputFormatNamed(const std::string& name) {
+    for (const OutputFormat& f : OutputFormats()) {
+        if (name == f.name) return f;
+    }
+    throw UsageError("unknown output format '" + name + "'");
+}
+
 const OutputFormat& ResolveOutputFormat(const std::string& path) {
     const std::string ext = extensionOf(path);
     for (const OutputFormat& f : OutputFormats()) {
         if (ext == f.extension) return f;
     }
     std::string known;
-    for (const OutputFormat& f : OutputFormats()) known += std::string(known.empty() ? "" : ", ") + f.extension;
+    for (const OutputFormat& f : OutputFormats()) {
+        if (known.find(f.extension) == std::string::npos) known += std::string(known.empty() ? "" : ", ") + f.extension;
+    }
     throw UsageError("cannot write '" + path + "': the output formats are " + known);
 }

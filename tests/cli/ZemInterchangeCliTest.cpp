@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "cli/ZemCliTestSupport.h"
+#include "mpsutil/MPSTestUtil.h"
 
 using namespace clitest;
 
@@ -47,6 +48,22 @@ TEST_F(ZemInterchange, CompressedInputReadsAsThePlainFileOrFailsNamingIt) {
     // Every inflated copy is gone, failed or not.
     EXPECT_TRUE(std::filesystem::is_empty(tmp));
     unsetenv("TMPDIR");
+}
+
+TEST_F(ZemInterchange, StandardMpsOutputRefusesNonlinearModelsAndTakesFree) {
+    const std::string out = dir_ + "/out.mps";
+    const Result nonlinear = Run("convert '" + Refinery() + "' '" + out + "'");
+    EXPECT_EQ(nonlinear.status, 1);
+    ExpectAll(nonlinear.err, {"MPS Write Refused", "11 nonlinear terms; the first is"});
+    EXPECT_FALSE(std::filesystem::exists(out));
+
+    using mpstest::Card;
+    const std::string in = File("small.mps", "NAME          SMALL\nROWS\n N  COST\n L  LIM\nCOLUMNS\n" +
+                                                 Card("", "X", "COST", "1", "LIM", "1") + "\nRHS\n" +
+                                                 Card("", "RHS", "LIM", "4") + "\nENDATA\n");
+    ASSERT_EQ(Run("convert '" + in + "' '" + out + "' --free").status, 0);
+    EXPECT_NE(Slurp(out).find("\n X COST 1 LIM 1\n"), std::string::npos) << Slurp(out);
+    EXPECT_EQ(Run("convert '" + in + "' '" + dir_ + "/out.xmps' --free").status, 2);
 }
 
 }  // namespace
