@@ -14,6 +14,7 @@
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ZEMException.h"
 #include "mpsutil/MPSStdManager.h"
+#include "mpsutil/MPSToolsReader.h"
 #include "xmpsutil/MPSExportWriter.h"
 #include "xmpsutil/XMPSManager.h"
 #include "zemmgr/IZEMMgr.h"
@@ -33,6 +34,12 @@ void loadStandardMps(const std::string& path, CliModel& model) {
     manager->SetLPDataMgr(model.Data());
     manager->SetMPSFileSpec(path.c_str());
     manager->ReadMPSFile();
+}
+
+// MPS as other tools write it: free format, integer markers, OBJSENSE.
+void loadToolsMps(const std::string& path, CliModel& model) {
+    model.Data()->SetModelTitle("");
+    MPSToolsReader(model.Data()).ReadMPSFile(path.c_str());
 }
 
 using XMPSManagerPtr = std::unique_ptr<XMPSManager, void (*)(XMPSManager*)>;
@@ -156,6 +163,7 @@ void SaveOutput(const OutputFormat& format, const std::string& path, CliModel& m
 const std::vector<InputFormat>& InputFormats() {
     static const std::vector<InputFormat> formats = {
         {"mps", ".mps", "standard fixed-field MPS", loadStandardMps},
+        {"mps-tools", ".mps", "MPS as other tools write it: free or fixed, MARKER, OBJSENSE", loadToolsMps},
         {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", loadXmps},
         {"zem", ".zem", "model file: the whole model in binary", loadZem},
     };
