@@ -123,30 +123,22 @@ void MPSExportWriter::COLUMNSData() {
     }
 }
 
-void MPSExportWriter::RHSData() {
-    ILPEquationList* eqns = nullptr;
-    m_model->GetEquationCollectionIntf(&eqns);
-    bool header = false;
-    for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
-        if (e->GetRHS() == 0.0) continue;
-        if (!header) RHSCard();
-        header = true;
-        SetField(kMPSFieldName1, "RHS");
-        AddPair(e->GetName(), e->GetRHS());
-    }
-    FlushPair();
-}
+void MPSExportWriter::RHSData() { RowValues(&MPSExportWriter::RHSCard, "RHS", &ILPEquation::GetRHS); }
 
-void MPSExportWriter::RANGESData() {
+void MPSExportWriter::RANGESData() { RowValues(&MPSExportWriter::RANGESCard, "RNG", &ILPEquation::GetRange); }
+
+void MPSExportWriter::RowValues(void (MPSExportWriter::*header)(), const char* set,
+                                double (ILPEquation::*value)() const) {
     ILPEquationList* eqns = nullptr;
     m_model->GetEquationCollectionIntf(&eqns);
-    bool header = false;
+    bool any = false;
     for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
-        if (e->GetRange() == 0.0) continue;
-        if (!header) RANGESCard();
-        header = true;
-        SetField(kMPSFieldName1, "RNG");
-        AddPair(e->GetName(), e->GetRange());
+        const double v = (e->*value)();
+        if (v == 0.0) continue;
+        if (!any) (this->*header)();
+        any = true;
+        SetField(kMPSFieldName1, set);
+        AddPair(e->GetName(), v);
     }
     FlushPair();
 }

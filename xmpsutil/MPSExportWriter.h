@@ -32,6 +32,7 @@
 
 #include "mpsutil/MPSStdWriter.h"
 
+class ILPEquation;
 class IZEMDataMgr;
 
 class MPSExportWriter : public MPSStdWriter {
@@ -59,6 +60,9 @@ private:
     // when both pairs are taken.
     void AddPair(const char* row, double value);
     void FlushPair();
+    // RHS and RANGES: the section (only when some row has a value other
+    // than 0) with one pair per such row.
+    void RowValues(void (MPSExportWriter::*header)(), const char* set, double (ILPEquation::*value)() const);
 
     IZEMDataMgr* m_zem;
     bool m_askedFree;
