@@ -44,9 +44,13 @@ constexpr double kInf = HUGE_VAL;
 struct Canon {
     std::string objective;
     std::vector<std::string> rows, cols;
-    std::vector<double> rowLo, rowUp, colLo, colUp, cost;
+    std::vector<double> limits, cost;  // each row's limits, then each column's bounds
     std::vector<bool> integer;
     std::map<std::pair<std::string, std::string>, double> entries;
+    void Row(const char* name, double lo, double up) { rows.push_back(name), limits.push_back(lo), limits.push_back(up); }
+    void Col(const char* name, double lo, double up, bool isInt, double c) {
+        cols.push_back(name), limits.push_back(lo), limits.push_back(up), integer.push_back(isInt), cost.push_back(c);
+    }
 };
 
 double Limit(double v) { return v >= 1e20 ? kInf : v <= -1e20 ? -kInf : v; }
@@ -83,20 +87,17 @@ Canon FromOurs(IZEMMgr* m) {
     for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject()) {
         const double r = std::fabs(e->GetRange()), b = e->GetRHS();
         switch (e->GetType()) {
-            case ZEM_EQN_OBJECTIVE: c.objective = e->GetName(); continue;
-            case ZEM_EQN_LE: c.rowLo.push_back(r != 0 ? b - r : -kInf); c.rowUp.push_back(b); break;
-            case ZEM_EQN_GE: c.rowLo.push_back(b); c.rowUp.push_back(r != 0 ? b + r : kInf); break;
-            case ZEM_EQN_EQ: c.rowLo.push_back(b); c.rowUp.push_back(b); break;
-            default: c.rowLo.push_back(-kInf); c.rowUp.push_back(kInf); break;
+            case ZEM_EQN_OBJECTIVE: c.objective = e->GetName(); break;
+            case ZEM_EQN_LE: c.Row(e->GetName(), r != 0 ? b - r : -kInf, b); break;
+            case ZEM_EQN_GE: c.Row(e->GetName(), b, r != 0 ? b + r : kInf); break;
+            case ZEM_EQN_EQ: c.Row(e->GetName(), b, b); break;
+            default: c.Row(e->GetName(), -kInf, kInf); break;
         }
-        c.rows.push_back(e->GetName());
     }
     for (ILPVariable* v = vars->FrstVariableObject(); v; v = vars->NextVariableObject()) {
-        c.cols.push_back(v->GetName());
-        c.colLo.push_back(Limit(v->GetBoundLower()));
-        c.colUp.push_back(Limit(v->GetBoundUpper()));
-        c.integer.push_back(v->GetVarType() == ZEM_VAR_BINARY || v->GetVarType() == ZEM_VAR_DISCRETE);
-        c.cost.push_back(0.0);
+        const int16_t t = v->GetVarType();
+        c.Col(v->GetName(), Limit(v->GetBoundLower()), Limit(v->GetBoundUpper()),
+              t == ZEM_VAR_BINARY || t == ZEM_VAR_DISCRETE, 0.0);
     }
     for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz; nz = matrix->NextNonZeroObject()) {
         const ILPEquation* e = nz->GetEquationPtr();
@@ -118,18 +119,11 @@ bool FromCoin(const std::string& path, Canon& c) {
     c.objective = io.getObjectiveName();
     const double inf = io.getInfinity();
     auto lim = [inf](double v) { return v >= inf ? kInf : v <= -inf ? -kInf : v; };
-    for (int i = 0; i < io.getNumRows(); ++i) {
-        c.rows.push_back(io.rowName(i));
-        c.rowLo.push_back(lim(io.getRowLower()[i]));
-        c.rowUp.push_back(lim(io.getRowUpper()[i]));
-    }
+    for (int i = 0; i < io.getNumRows(); ++i) c.Row(io.rowName(i), lim(io.getRowLower()[i]), lim(io.getRowUpper()[i]));
     const CoinPackedMatrix* byCol = io.getMatrixByCol();
     for (int j = 0; j < io.getNumCols(); ++j) {
-        c.cols.push_back(io.columnName(j));
-        c.colLo.push_back(lim(io.getColLower()[j]));
-        c.colUp.push_back(lim(io.getColUpper()[j]));
-        c.integer.push_back(io.isInteger(j));
-        c.cost.push_back(io.getObjCoefficients()[j]);
+        c.Col(io.columnName(j), lim(io.getColLower()[j]), lim(io.getColUpper()[j]), io.isInteger(j),
+              io.getObjCoefficients()[j]);
         const CoinBigIndex start = byCol->getVectorStarts()[j];
         for (int k = 0; k < byCol->getVectorLengths()[j]; ++k) {
             c.entries[{c.rows[byCol->getIndices()[start + k]], c.cols[j]}] += byCol->getElements()[start + k];
@@ -154,19 +148,14 @@ bool FromGlpk(const std::string& path, bool freeFormat, Canon& c) {
         rowOf[i] = glp_get_row_name(p.get(), i);
         if (rowOf[i] == c.objective) continue;  // GLPK keeps the objective as a free row
         const int type = glp_get_row_type(p.get(), i);
-        c.rows.push_back(rowOf[i]);
-        c.rowLo.push_back(lo(type, glp_get_row_lb(p.get(), i)));
-        c.rowUp.push_back(up(type, glp_get_row_ub(p.get(), i)));
+        c.Row(rowOf[i].c_str(), lo(type, glp_get_row_lb(p.get(), i)), up(type, glp_get_row_ub(p.get(), i)));
     }
     std::vector<int> ind(rowOf.size() + 1);
     std::vector<double> val(rowOf.size() + 1);
     for (int j = 1; j <= glp_get_num_cols(p.get()); ++j) {
         const int type = glp_get_col_type(p.get(), j);
-        c.cols.push_back(glp_get_col_name(p.get(), j));
-        c.colLo.push_back(lo(type, glp_get_col_lb(p.get(), j)));
-        c.colUp.push_back(up(type, glp_get_col_ub(p.get(), j)));
-        c.integer.push_back(glp_get_col_kind(p.get(), j) != GLP_CV);
-        c.cost.push_back(glp_get_obj_coef(p.get(), j));
+        c.Col(glp_get_col_name(p.get(), j), lo(type, glp_get_col_lb(p.get(), j)), up(type, glp_get_col_ub(p.get(), j)),
+              glp_get_col_kind(p.get(), j) != GLP_CV, glp_get_obj_coef(p.get(), j));
         const int n = glp_get_mat_col(p.get(), j, ind.data(), val.data());
         for (int k = 1; k <= n; ++k) {
             if (rowOf[ind[k]] != c.objective) c.entries[{rowOf[ind[k]], c.cols.back()}] += val[k];
@@ -190,10 +179,7 @@ void ExpectSame(const Canon& a, const Canon& b, const std::string& who) {
     EXPECT_EQ(a.objective, b.objective) << who;
     EXPECT_EQ(a.rows, b.rows) << who;
     EXPECT_EQ(a.cols, b.cols) << who;
-    ExpectNear(a.rowLo, b.rowLo, who + " row lower limits");
-    ExpectNear(a.rowUp, b.rowUp, who + " row upper limits");
-    ExpectNear(a.colLo, b.colLo, who + " lower bounds");
-    ExpectNear(a.colUp, b.colUp, who + " upper bounds");
+    ExpectNear(a.limits, b.limits, who + " row limits and bounds");
     EXPECT_EQ(a.integer, b.integer) << who;
     ExpectNear(a.cost, b.cost, who + " objective");
     ASSERT_EQ(a.entries.size(), b.entries.size()) << who;
