@@ -45,6 +45,7 @@ public:
     // Refuses a name no MPS field can hold; true when it fits a fixed field.
     bool Name(const char* kind, const char* name) const {
         if (const char* fault = xmpscheck::NameFault(name)) Raise(kind, name, fault);
+        if (name[0] == '$') Raise(kind, name, "other tools read a name starting with $ as a comment");
         return std::strlen(name) <= kFixedName;
     }
 

@@ -26,12 +26,14 @@
 //   not the one the standard reader gives it (initial values and bases are
 //   not part of the format);
 // - names (title, rows, columns) that are empty, hold blanks or control
-//   characters, or are longer than 128 characters.
+//   characters, are longer than 128 characters or start with "$".
 //
 // Fixed-field layout when every name fits its 8 columns and every number
 // its 12 columns exactly; otherwise (or when free format is asked for) free
 // format, one blank between the fields. The standard reader of this
-// library reads the fixed layout only.
+// library reads the fixed layout only. The title stands in columns 15-22 of
+// the NAME card, where GLPK requires it; the standard reader takes the
+// title from columns 11-18 and so keeps only its first four characters.
 //
 // Example: a model with a semi-continuous column "SC1" is refused with
 //   MPS Write Refused: Variable "SC1" cannot be written: semi-continuous
