@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "cli/CliModel.h"
+#include "cli/Compressed.h"
 #include "cli/Formats.h"
 #include "nlpdata/INonLinearModel.h"
 #include "zemmgr/IZEMMgr.h"
@@ -27,8 +28,14 @@ void LoadInput(const ParsedArgs& args, CliModel& model) {
         throw UsageError("unexpected argument '" + args.positionals[1] + "'");
     }
     const std::string& path = args.positionals[0];
-    const InputFormat& format = ResolveInputFormat(path, args.Value("--format"));
-    format.load(path, model);
+    // A ".gz" file is read as the file it holds: "blend.mps.gz" as MPS.
+    const InputFormat& format = ResolveInputFormat(InflatedInput::Inner(path), args.Value("--format"));
+    if (InflatedInput::IsCompressed(path)) {
+        InflatedInput inflated(path);
+        format.load(inflated.Path(), model);
+    } else {
+        format.load(path, model);
+    }
     // The library is opened only when a correlation term is evaluated.
     INonLinearModel* nl = nullptr;
     if (args.values.count("--correlations") && model.ZemIfAny()) model.ZemIfAny()->GetNonLinearModelIntf(&nl);
@@ -38,7 +45,8 @@ void LoadInput(const ParsedArgs& args, CliModel& model) {
 namespace {
 
 void printFormats(std::ostream& os) {
-    os << "Input formats (chosen by the file's extension, or with --format NAME):\n";
+    os << "Input formats (chosen by the file's extension, or with --format NAME; a file\n"
+          "ending in .gz is read compressed, as the format of the name before .gz):\n";
     for (const InputFormat& f : InputFormats()) {
         os << "  " << f.name << std::string(10 - std::string(f.name).size(), ' ') << f.extension
            << std::string(8 - std::string(f.extension).size(), ' ') << f.description << "\n";
@@ -60,7 +68,8 @@ void PrintMainHelp(std::ostream& os) {
     os << "zem - inspect linear and nonlinear optimisation models\n\n"
           "Usage: zem COMMAND FILE [OPTIONS]\n"
           "       zem COMMAND --help\n"
-          "       zem --help\n\n"
+          "       zem --help\n"
+          "       zem --version    the library's version\n\n"
           "Commands:\n";
     for (const Command& c : Commands()) {
         os << "  " << c.name << std::string(10 - std::string(c.name).size(), ' ') << c.summary

@@ -14,6 +14,8 @@
 #include "lpdata/ILPStdDataMgr.h"
 #include "lpdata/ZEMException.h"
 #include "mpsutil/MPSStdManager.h"
+#include "mpsutil/MPSToolsReader.h"
+#include "xmpsutil/MPSExportWriter.h"
 #include "xmpsutil/XMPSManager.h"
 #include "zemmgr/IZEMMgr.h"
 
@@ -32,6 +34,12 @@ void loadStandardMps(const std::string& path, CliModel& model) {
     manager->SetLPDataMgr(model.Data());
     manager->SetMPSFileSpec(path.c_str());
     manager->ReadMPSFile();
+}
+
+// MPS as other tools write it: free format, integer markers, OBJSENSE.
+void loadToolsMps(const std::string& path, CliModel& model) {
+    model.Data()->SetModelTitle("");
+    MPSToolsReader(model.Data()).ReadMPSFile(path.c_str());
 }
 
 using XMPSManagerPtr = std::unique_ptr<XMPSManager, void (*)(XMPSManager*)>;
@@ -57,6 +65,16 @@ void loadXmps(const std::string& path, CliModel& model) {
 
 void saveXmps(const std::string& path, CliModel& model) {
     makeXmpsManager(model.Zem(), path)->WriteMPSFile();
+}
+
+// Standard MPS for other tools; a model they would read differently is
+// refused before the file is made.
+void saveStandardMps(const std::string& path, CliModel& model) {
+    MPSExportWriter(model.Zem()).WriteMPSFile(path.c_str());
+}
+
+void saveStandardMpsFree(const std::string& path, CliModel& model) {
+    MPSExportWriter(model.Zem(), true).WriteMPSFile(path.c_str());
 }
 
 // The model file: a whole model, linear and nonlinear, in the manager's own
@@ -145,6 +163,7 @@ void SaveOutput(const OutputFormat& format, const std::string& path, CliModel& m
 const std::vector<InputFormat>& InputFormats() {
     static const std::vector<InputFormat> formats = {
         {"mps", ".mps", "standard fixed-field MPS", loadStandardMps},
+        {"mps-tools", ".mps", "MPS as other tools write it: free or fixed, MARKER, OBJSENSE", loadToolsMps},
         {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", loadXmps},
         {"zem", ".zem", "model file: the whole model in binary", loadZem},
     };
@@ -156,6 +175,8 @@ const std::vector<OutputFormat>& OutputFormats() {
         {"xmps", ".xmps", "extended MPS (XMPS): linear and nonlinear model", saveXmps},
         {"zem", ".zem", "model file: the whole model in binary", saveZem},
         {"gams", ".gms", "GAMS model input", saveGams},
+        {"mps", ".mps", "standard MPS (linear), fixed fields when the names fit", saveStandardMps},
+        {"mps-free", ".mps", "standard MPS in free format (zem convert --free)", saveStandardMpsFree},
         {"summary", ".txt", "summary: heading, algebraic listing and display", saveSummary},
     };
     return formats;
@@ -177,12 +198,21 @@ const InputFormat& ResolveInputFormat(const std::string& path, const std::string
                      "' from its extension: use --format NAME");
 }
 
+const OutputFormat& OutputFormatNamed(const std::string& name) {
+    for (const OutputFormat& f : OutputFormats()) {
+        if (name == f.name) return f;
+    }
+    throw UsageError("unknown output format '" + name + "'");
+}
+
 const OutputFormat& ResolveOutputFormat(const std::string& path) {
     const std::string ext = extensionOf(path);
     for (const OutputFormat& f : OutputFormats()) {
         if (ext == f.extension) return f;
     }
     std::string known;
-    for (const OutputFormat& f : OutputFormats()) known += std::string(known.empty() ? "" : ", ") + f.extension;
+    for (const OutputFormat& f : OutputFormats()) {
+        if (known.find(f.extension) == std::string::npos) known += std::string(known.empty() ? "" : ", ") + f.extension;
+    }
     throw UsageError("cannot write '" + path + "': the output formats are " + known);
 }

@@ -36,6 +36,8 @@ const std::vector<OutputFormat>& OutputFormats();
 // The output format of the path's extension; throws UsageError when there
 // is none.
 const OutputFormat& ResolveOutputFormat(const std::string& path);
+// The output format of that name; throws UsageError when there is none.
+const OutputFormat& OutputFormatNamed(const std::string& name);
 
 // Saves the model in `format` through a temporary file in the target's
 // folder, renamed over `path` only when the whole write succeeded: a failed

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/Args.h"
+#include "api/ZEMVersion.h"
 #include "cli/Commands.h"
 #include "lpdata/ZEMException.h"
 
@@ -15,6 +16,10 @@ int run(const std::vector<std::string>& args) {
     const std::string& name = args[0];
     if (name == "--help" || name == "-h" || name == "help") {
         PrintMainHelp(std::cout);
+        return 0;
+    }
+    if (name == "--version") {
+        std::cout << "zem (libzemxmps) " << ZEMLibraryVersion() << "\n";
         return 0;
     }
     for (const Command& command : Commands()) {

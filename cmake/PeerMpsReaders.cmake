@@ -1,0 +1,23 @@
+# The MPS readers of other tools, CoinUtils' CoinMpsIO and GLPK's
+# glp_read_mps, linked into `target` when installed; the target then has
+# <prefix>_HAVE_COINUTILS and <prefix>_HAVE_GLPK defined.
+function(zem_link_peer_mps_readers target prefix)
+  find_path(ZEM_COIN_INCLUDE_DIR CoinMpsIO.hpp PATH_SUFFIXES coin coinutils/coin)
+  find_library(ZEM_COIN_UTILS_LIB CoinUtils)
+  if(ZEM_COIN_INCLUDE_DIR AND ZEM_COIN_UTILS_LIB)
+    target_compile_definitions(${target} PRIVATE ${prefix}_HAVE_COINUTILS)
+    target_include_directories(${target} SYSTEM PRIVATE ${ZEM_COIN_INCLUDE_DIR})
+    target_link_libraries(${target} PRIVATE ${ZEM_COIN_UTILS_LIB})
+  else()
+    message(STATUS "CoinUtils not found: ${target} runs without CoinMpsIO")
+  endif()
+  find_path(ZEM_GLPK_INCLUDE_DIR glpk.h)
+  find_library(ZEM_GLPK_LIB glpk)
+  if(ZEM_GLPK_INCLUDE_DIR AND ZEM_GLPK_LIB)
+    target_compile_definitions(${target} PRIVATE ${prefix}_HAVE_GLPK)
+    target_include_directories(${target} SYSTEM PRIVATE ${ZEM_GLPK_INCLUDE_DIR})
+    target_link_libraries(${target} PRIVATE ${ZEM_GLPK_LIB})
+  else()
+    message(STATUS "GLPK not found: ${target} runs without glp_read_mps")
+  endif()
+endfunction()
