@@ -220,11 +220,6 @@ void XMPSWriter::EXTERNMDLSCard() { HeaderLine("EXTERNMDLS"); }
 // The reader refuses an XLINEAR or NONLINEAR header without cards, so each
 // header is written just before the section's first card.
 
-bool XMPSWriter::GoesToXLINEAR(INonLinearity* term) const {
-    return term->GetType() == 1 && term->NumberOfVariableTerms() >= 2 &&
-           term->NumberOfNLConstants() == 1;
-}
-
 namespace {
 
 // The first objective row, or null.
@@ -334,7 +329,7 @@ void XMPSWriter::WriteXLINEARData() {
     for (int pass = 0; pass < 2; ++pass) {
         for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
              t = nl->NextNonLinearityObject()) {
-            if (!GoesToXLINEAR(t)) continue;
+            if (!xmpscheck::OnXLinearCard(t)) continue;
             const bool onObjective = t->GetEquationPtr() == objective;
             if (onObjective == (pass == 0)) WriteProductTerm(t);
         }
@@ -388,7 +383,7 @@ void XMPSWriter::WriteNONLINEARData() {
     for (int pass = 0; pass < 2; ++pass) {
         for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
              t = nl->NextNonLinearityObject()) {
-            if (GoesToXLINEAR(t)) continue;
+            if (xmpscheck::OnXLinearCard(t)) continue;
             const bool onObjective = t->GetEquationPtr() == objective;
             if (onObjective == (pass == 0)) WriteKeywordTerm(t);
         }

@@ -111,7 +111,6 @@ private:
     friend class Line;
     void WriteBody(const char* routine);
     void WriteToStream(std::stringstream* out, const char* routine);
-    bool GoesToXLINEAR(INonLinearity* term) const;
     void WriteCoefficientCard(ILPNonZero* nz);
     void WriteProductTerm(INonLinearity* term);
     void WriteKeywordTerm(INonLinearity* term);

@@ -62,12 +62,6 @@ bool HasStatusKey(int16_t s) {
     return (s >= ZEM_STATUS_NONBASIC && s <= ZEM_STATUS_NONBASIC_LB) || s == ZEM_STATUS_STEP_BOUNDED;
 }
 
-// A term goes on an XLINEAR card when it is a product of two or more
-// variables with just its coefficient (the writer's rule).
-bool IsXLinearProduct(INonLinearity* t) {
-    return t->GetType() == kNLProduct && t->NumberOfVariableTerms() >= 2 && t->NumberOfNLConstants() == 1;
-}
-
 // Which rows have a card, and what the first "N" card depends on.
 struct RowCards {
     std::vector<char> hasCard;     // by equation index
@@ -169,7 +163,7 @@ void CheckTerms(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* object
         if (t->NumberOfNLConstants() == 0) refuse.Raise("Term", label.c_str(), "it has no coefficient");
         if (NonLinearity::MultiplierApart(t))
             refuse.Raise("Term", label.c_str(), "its multiplier was changed apart from its first constant");
-        const bool xlinear = IsXLinearProduct(t);
+        const bool xlinear = OnXLinearCard(t);
         if (!xlinear && (NameFault(keyword) != nullptr || xmpstok::IsANumber(keyword))) {
             refuse.Raise("Term", label.c_str(), "its keyword cannot stand on a card");
         }
@@ -242,6 +236,10 @@ void CheckSetsGroupsOptions(IZEMDataMgr* m, const Refusal& refuse) {
 }
 
 }  // namespace
+
+bool OnXLinearCard(INonLinearity* t) {
+    return t->GetType() == kNLProduct && t->NumberOfVariableTerms() >= 2 && t->NumberOfNLConstants() == 1;
+}
 
 const char* NameFault(const char* name) {
     if (name == nullptr || name[0] == '\0') return "it is empty";

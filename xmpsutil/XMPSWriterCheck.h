@@ -42,6 +42,7 @@
 //   as a number in the extended format
 #pragma once
 
+class INonLinearity;
 class IZEMDataMgr;
 
 namespace xmpscheck {
@@ -53,5 +54,9 @@ void CheckWritable(IZEMDataMgr* model, const char* routine);
 
 // Why `name` cannot stand as a name field, or null when it can.
 const char* NameFault(const char* name);
+
+// True for a term written on an XLINEAR card: a product of two or more
+// variables with just its coefficient. Every other term goes to NONLINEAR.
+bool OnXLinearCard(INonLinearity* term);
 
 }  // namespace xmpscheck
