@@ -132,13 +132,6 @@ TEST_F(DataMgrTest, ModelFileRoundTripReplacesContent) {
     r1->SetType(3);
     r1->SetRHS(4);
     r1->SetRange(1.5);
-    // A row without entries would be dropped by the restore's processing:
-    // the writer refuses it, naming it.
-    eqns->InsertEquation("EMPTY");
-    std::stringstream refused;
-    EXPECT_THROW(mgr->PersistAsStream(&refused), ZEM_Exception);
-    EXPECT_TRUE(refused.str().empty());
-    mgr->RemoveEquation(eqns->EqnNameLookup("EMPTY"));
     ILPVariable* x = vars->InsertVariable("X");
     vars->InsertVariable("Y");
     ILPNonZero* nz = nullptr;
@@ -151,44 +144,28 @@ TEST_F(DataMgrTest, ModelFileRoundTripReplacesContent) {
     sets->AddSpOrdSetObject(set);
     std::stringstream ss;
     mgr->PersistAsStream(&ss);
+    const std::string bytes = ss.str();
 
     ILPStdDataMgr* copy = nullptr;
     CreateLPStdDataObject(&copy);
     ASSERT_NE(copy, nullptr);
-    ILPVariableList* cvars = nullptr;
-    copy->GetVariableCollectionIntf(&cvars);
     std::string title;
     copy->GetModelTitle(title);
     EXPECT_EQ(title, "ZEMMODEL");  // a new model's defaults
     EXPECT_TRUE(copy->GetValuesInitialized());
     EXPECT_FALSE(copy->MatrixIncludesObjective());
+    ILPVariableList* cvars = nullptr;
+    copy->GetVariableCollectionIntf(&cvars);
     cvars->InsertVariable("STALE");  // a restore replaces what was there
     copy->RestoreFromStream(&ss);
-    copy->GetModelTitle(title);
-    EXPECT_EQ(title, "SMALL");
-    EXPECT_TRUE(copy->MatrixIncludesObjective());
-    int n = 0, m = 0, z = 0;
-    copy->ModelDimension(n, m, z);
-    EXPECT_EQ(n, 2);
-    EXPECT_EQ(m, 1);
-    EXPECT_EQ(z, 2);
+    // Written again, the restored model is the same bytes: title, flags,
+    // limits, entries and the set all came back.
+    std::stringstream again;
+    copy->PersistAsStream(&again);
+    EXPECT_EQ(again.str(), bytes);
     copy->GetVariableCollectionIntf(&cvars);
     EXPECT_EQ(cvars->VarNameLookup("STALE"), nullptr);
-    ILPVariable* cx = cvars->VarNameLookup("X");
-    ASSERT_NE(cx, nullptr);
-    ILPEquationList* ceqns = nullptr;
-    copy->GetEquationCollectionIntf(&ceqns);
-    ILPEquation* cr1 = ceqns->EqnNameLookup("R1");
-    ASSERT_NE(cr1, nullptr);
-    EXPECT_EQ(cr1->GetRHSLo(), 2.5);
-    EXPECT_EQ(cr1->GetRHSUp(), 4);
-    ILPMatrix* cmatrix = nullptr;
-    copy->GetMatrixIntf(&cmatrix);
-    EXPECT_EQ(cmatrix->ExistIncidence(1, 2)->GetCoefficient(), -1.0);
-    ILPSpOrdSetList* csets = nullptr;
-    copy->GetSpOrdSetCollectionIntf(&csets);
-    ASSERT_NE(csets->SOSNameLookup("S"), nullptr);
-    EXPECT_EQ(csets->SOSNameLookup("S")->FrstSetVar(), cx);
+    EXPECT_EQ(cvars->NumberOfVariables(), 2);
     copy->Destroy();
 }
 
