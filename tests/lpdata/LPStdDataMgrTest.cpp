@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <sstream>
 #include <string>
 
@@ -76,20 +78,17 @@ TEST_F(DataMgrTest, ProcessFullCollectionDropsEmptyRowsAndRenumbers) {
     EXPECT_EQ(eqns->EqnNameLookup("EMPTY1"), nullptr);
     ILPEquation* r1 = eqns->EqnNameLookup("R1");
     ILPEquation* r2 = eqns->EqnNameLookup("R2");
-    EXPECT_EQ(r1->GetIndex(), 1);
-    EXPECT_EQ(r2->GetIndex(), 2);
-    EXPECT_EQ(r1->GetNumberNZ(), 1);
-    EXPECT_EQ(r2->GetNumberNZ(), 2);
-    EXPECT_EQ(x->GetNumberNZ(), 2);
-    EXPECT_EQ(y->GetNumberNZ(), 1);
-    EXPECT_EQ(vars->VarNameLookup("Z")->GetNumberNZ(), 0);  // empty columns stay
+    EXPECT_EQ(std::make_pair(r1->GetIndex(), r2->GetIndex()), std::make_pair(1, 2));
+    // Entry counts of R1, R2, X, Y and Z: empty columns stay.
+    EXPECT_EQ(std::make_tuple(r1->GetNumberNZ(), r2->GetNumberNZ(), x->GetNumberNZ(), y->GetNumberNZ(),
+                              vars->VarNameLookup("Z")->GetNumberNZ()),
+              std::make_tuple(1, 2, 2, 1, 0));
     // The matrix follows the renumbered rows.
     EXPECT_EQ(matrix->ExistIncidence(2, 2)->GetCoefficient(), 3);
     EXPECT_EQ(matrix->NonZerosInRow(1), 1);
-    EXPECT_EQ(eqns->EqnTypeCount(ZEM_EQN_LE), 1);
-    EXPECT_EQ(eqns->EqnTypeCount(ZEM_EQN_OBJECTIVE), 0);
-    EXPECT_EQ(vars->VarTypeCount(ZEM_VAR_BINARY), 1);
-    EXPECT_EQ(vars->VarTypeCount(ZEM_VAR_CONTINUOUS), 2);
+    EXPECT_EQ(std::make_tuple(eqns->EqnTypeCount(ZEM_EQN_LE), eqns->EqnTypeCount(ZEM_EQN_OBJECTIVE),
+                              vars->VarTypeCount(ZEM_VAR_BINARY), vars->VarTypeCount(ZEM_VAR_CONTINUOUS)),
+              std::make_tuple(1, 0, 1, 2));
 }
 
 TEST_F(DataMgrTest, RemoveEntitiesWithTheirNonzerosAndMemberships) {
