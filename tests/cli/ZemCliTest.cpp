@@ -217,10 +217,6 @@ TEST_F(ZemCli, LibraryFailuresExitWithOneAndShowTheException) {
     EXPECT_EQ(r.out, "");
     ExpectAll(r.err, {"Exception Name : MPS Manager Failure\n", "Exception Reason : Read of MPS Failed\n",
                       "Exception Name : MPS COLUMNS Section Error - Invalid Row Name\n", "MPS input line 5\n"});
-
-    const Result x = Run("eval '" + File("bad.xmps", "NAME X\nNONLINEAR\nENDATA\n") + "'");
-    EXPECT_EQ(x.status, 1);
-    EXPECT_NE(x.err.find("MPS Manager Failure"), std::string::npos) << x.err;
 }
 
 TEST_F(ZemCli, HelpExplainsCommandsOptionsFormatsAndKeys) {

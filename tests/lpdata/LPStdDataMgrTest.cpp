@@ -181,8 +181,6 @@ TEST_F(DataMgrTest, ModelFileErrors) {
     std::stringstream ss;
     EXPECT_THROW(mgr->PersistAsStream(&ss), ZEM_Exception);
     EXPECT_TRUE(ss.str().empty());
-    std::stringstream truncated(std::string("\x01\x02", 2));
-    EXPECT_THROW(mgr->RestoreFromStream(&truncated), ZEM_Exception);
 }
 
 TEST_F(DataMgrTest, HeadingAndComposedDisplays) {

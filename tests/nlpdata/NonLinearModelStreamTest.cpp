@@ -149,10 +149,6 @@ TEST_F(NonLinearModelStream, RecordFieldsAndIdentifierCut) {
     const unsigned char* consts = arr + 6 * 4 + 5 * 4;
     const double k[] = {3.0, 1.25, 0.5, 4.0, 5.0};
     for (int i = 0; i < 5; ++i) EXPECT_EQ(zembin::getF64(consts + 8 * i), k[i]);
-
-    const std::string v2 = Section(2007.5);
-    EXPECT_EQ(zembin::getName(reinterpret_cast<const unsigned char*>(v2.data()) + 3 * 272 + 20, 250),
-              "NOSUCH:LONG-IDENTIFIER-OF-30CH");
 }
 
 TEST_F(NonLinearModelStream, V5WritesShortRecordsAndAnIdentifierBlock) {

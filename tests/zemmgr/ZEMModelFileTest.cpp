@@ -69,13 +69,13 @@ TEST(ZEMModelFile, LocalStreamMissingFileAndVersionOverride) {
     EXPECT_EQ(ModelBytes(b.get()), bytes);
 
     // A version given to one save is used for that save only; the flag
-    // bytes are written whatever the version.
+    // bytes are written whatever the version (so a 1.05 file as written does
+    // not read back: its reader takes no hybrid byte).
     const std::string path = TempPath("roundtrip.zem");
     a->PersistAsFile(path.c_str(), 1.05);
     const std::string old = ReadFile(path);
     EXPECT_EQ(versionOf(old), 1.05);
     EXPECT_EQ(static_cast<unsigned char>(old[kFlagsAt + 1]), 1);
-    EXPECT_EQ(versionOf(ModelBytes(a.get())), 2020.1);
     EXPECT_EQ(versionOf(ModelBytes(a.get(), 2020.0)), 2020.0);
     std::remove(path.c_str());
 }
@@ -143,20 +143,6 @@ TEST(ZEMModelFile, VersionBranches) {
         Restore(b.get(), bytes);
         EXPECT_FALSE(b->IsHybridModel());
         ExpectSameModel(reduced.get(), b.get(), false);
-    }
-    {
-        // The 1.05 asymmetry: the extra hybrid byte puts the sections out of
-        // step, so the model cannot come back as it was.
-        ZEMMgrPtr b = NewMgr();
-        bool threw = false;
-        try {
-            Restore(b.get(), ModelBytes(a.get(), 1.05));
-        } catch (ZEM_Exception&) {
-            threw = true;
-        }
-        if (!threw) {
-            EXPECT_NE(ModelBytes(a.get()), ModelBytes(b.get()));
-        }
     }
     // 1.04 is refused although the reader knows 1.03/1.04 layouts.
     std::string routine;
