@@ -83,10 +83,9 @@ TEST_F(NonLinearModelAdd, RefusesTermsItCannotPlace) {
     INonLinearity* ok = m.Term("XPROD", r, {1.0}, {x});
     EXPECT_THROW(m.model->AddNonLinearityObject(ok), ZEM_Exception);
     // Nothing of the refused attempts is left behind.
-    EXPECT_EQ(m.model->NumberOfNonLinearities(), 1);
-    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 1);
-    EXPECT_EQ(x->GetNonlinear(), 1);
-    EXPECT_EQ(r->GetNonlinear(), 1);
+    EXPECT_EQ(std::make_tuple(m.model->NumberOfNonLinearities(), m.matrix->NumberOfNonZeros(), x->GetNonlinear(),
+                              r->GetNonlinear()),
+              std::make_tuple(1, 1, 1, 1));
 }
 
 TEST_F(NonLinearModelAdd, WalksByPoolByRowAndRetrieval) {
