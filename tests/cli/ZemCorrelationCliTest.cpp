@@ -27,14 +27,6 @@ TEST_F(ZemCorrelations, EvalFindsTheLibraryAndHonoursItsSettings) {
     EXPECT_NE(r.err.find("/nonexistent/libqcl.so"), std::string::npos) << r.err;
 }
 
-TEST_F(ZemCorrelations, ModelFileKeepsCorrelationTerms) {
-    const std::string zemFile = dir_ + "/refinery.zem";
-    ASSERT_EQ(Run("convert '" + Refinery() + "' '" + zemFile + "'").status, 0);
-    const Result a = Run("eval '" + Refinery() + "'"), b = Run("eval '" + zemFile + "'");
-    ASSERT_EQ(b.status, 0) << b.err;
-    EXPECT_EQ(b.out, a.out);
-}
-
 TEST_F(ZemCorrelations, DisplayShowsTheCorrelationLog) {
     const Result r = Run("display '" + Refinery() + "' --correlation-log");
     ASSERT_EQ(r.status, 0) << r.err;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <sstream>
 
 #include "lpdata/LPEquation.h"
@@ -28,23 +30,17 @@ TEST(LPEquationList, CountsByKind) {
 
     EXPECT_EQ(list.NumberOfNLEquations(), 3);
     int eq = -1, l = -1, g = -1, f = -1;
-    list.NLEquationProfile(eq, l, g, f);
-    EXPECT_EQ(eq, 1);
-    EXPECT_EQ(l, 1);
-    EXPECT_EQ(g, 0);
-    EXPECT_EQ(f, 1);
+    list.NLEquationProfile(eq, l, g, f);  // nonlinear rows by kind
+    EXPECT_EQ(std::make_tuple(eq, l, g, f), std::make_tuple(1, 1, 0, 1));
     int rows = -1, nz = -1, objNz = -1;
     list.RangeEqnCount(rows, nz);
-    EXPECT_EQ(rows, 2);
-    EXPECT_EQ(nz, 10);
+    EXPECT_EQ(std::make_pair(rows, nz), std::make_pair(2, 10));
     list.FreeEqnCount(rows, nz, objNz);
-    EXPECT_EQ(rows, 1);
-    EXPECT_EQ(nz, 5);
-    EXPECT_EQ(objNz, 4);
+    EXPECT_EQ(std::make_tuple(rows, nz, objNz), std::make_tuple(1, 5, 4));
     list.ProcessEquationCollection();
-    EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_OBJECTIVE), 1);
-    EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_EQ), 1);
-    EXPECT_EQ(list.EqnTypeCount(ZEM_EQN_UNKNOWN), 0);
+    EXPECT_EQ(std::make_tuple(list.EqnTypeCount(ZEM_EQN_OBJECTIVE), list.EqnTypeCount(ZEM_EQN_EQ),
+                              list.EqnTypeCount(ZEM_EQN_UNKNOWN)),
+              std::make_tuple(1, 1, 0));
 }
 
 TEST(LPEquationList, Display) {

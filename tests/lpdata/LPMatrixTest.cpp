@@ -175,39 +175,6 @@ TEST_F(MatrixTest, UnknownNonZeroCannotBeLocated) {
     EXPECT_EQ(matrix.NumberOfNonZeros(), 1);
 }
 
-TEST_F(MatrixTest, DerivedRowsFollowRemovalsOfEmptyRows) {
-    Add(1, 1, 11);
-    Add(3, 2, 32);
-    Add(3, 1, 31);
-    Add(6, 4, 64);
-    EXPECT_EQ(RowWalk(3), (Strings{"C2", "C1"}));  // rows derived here
-    Add(3, 5, 35);                                  // filed after the derivation
-    Add(5, 6, 56);
-    EXPECT_EQ(matrix.NonZerosInRow(3), 3);
-    eqns.TrashEquation(Row(2));
-    eqns.TrashEquation(Row(4));
-    eqns.EmptyTrash();  // R3 -> 2, R5 -> 3, R6 -> 4
-    EXPECT_EQ(RowWalk(1), Strings{"C1"});
-    EXPECT_EQ(RowWalk(2), (Strings{"C2", "C1", "C5"}));
-    EXPECT_EQ(RowWalk(3), Strings{"C6"});
-    EXPECT_EQ(RowWalk(4), Strings{"C4"});
-    EXPECT_EQ(RowWalk(5), Strings{});
-    EXPECT_EQ(matrix.NonZerosInRow(2), 3);
-    Add(4, 1, 61);
-    EXPECT_EQ(Walk(&LPMatrix::FrstNonZeroObjectByRow, &LPMatrix::NextNonZeroObjectByRow),
-              (Strings{"R1C1", "R3C2", "R3C1", "R3C5", "R5C6", "R6C4", "R6C1"}));
-    // Removing a row that still had entries through the matrix first, and a
-    // column through its list.
-    matrix.EliminateEquation(Row(2));
-    eqns.RemoveEquation(Row(2));
-    vars.RemoveVariable(Col(3));  // no entries; C4 becomes column 3
-    EXPECT_EQ(RowWalk(2), Strings{"C6"});
-    EXPECT_EQ(RowWalk(3), (Strings{"C4", "C1"}));
-    EXPECT_EQ(ColWalk(3), Strings{"R6"});
-    EXPECT_EQ(matrix.ExistIncidence(3, 3)->GetCoefficient(), 64);
-    ExpectIndicesConsecutive();
-}
-
 TEST_F(MatrixTest, EntitiesOutsideTheListsAreRefused) {
     const std::string kIndexError = "Matrix Structure Error - Inconsistent Equation or Variable index";
     Add(1, 1, 5);
@@ -258,8 +225,6 @@ TEST_F(MatrixTest, TwoEquationsClaimingOneRowAreReported) {
     EXPECT_EQ(matrix.NonZerosInRow(2), 1);
 }
 
-// Random edits checked against a plain map of (row name, column name) ->
-// coefficient.
 // Row counts without laid-out rows: from the counting pass, and kept up to
 // date by adds that name their row (as the readers add), duplicates included.
 TEST_F(MatrixTest, RowCountsFollowAddsThatNameTheirRow) {
@@ -292,6 +257,9 @@ TEST_F(MatrixTest, RowCountsFollowAddsThatNameTheirRow) {
     }
 }
 
+// Random edits checked against a plain map of (row name, column name) ->
+// coefficient: entries, counts and walks follow adds, removals, trash and
+// the renumbering of rows and columns when entities leave their lists.
 TEST_F(MatrixTest, RandomEditsMatchAReferenceModel) {
     std::mt19937 rng(12345);
     for (int i = 7; i <= 40; ++i) eqns.InsertEquation(("R" + std::to_string(i)).c_str());

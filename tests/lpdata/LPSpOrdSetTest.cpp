@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <sstream>
 #include <string>
 
@@ -76,9 +78,8 @@ TEST_F(SetTest, ListNumbersFindsCountsAndRemovesMembers) {
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(list.TotalSOSVars(), 5);
     list.ProcessSpOrdSetCollection();
-    EXPECT_EQ(list.SOSTypeCount(1), 2);
-    EXPECT_EQ(list.SOSTypeCount(2), 1);
-    EXPECT_EQ(list.SOSTypeCount(7), 0);
+    EXPECT_EQ(std::make_tuple(list.SOSTypeCount(1), list.SOSTypeCount(2), list.SOSTypeCount(7)),
+              std::make_tuple(2, 1, 0));
     list.RemoveVariable(V("B"));
     EXPECT_EQ(list.TotalSOSVars(), 3);
     int walked = 0;

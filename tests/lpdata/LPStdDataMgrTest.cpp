@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <sstream>
 #include <string>
 
@@ -76,20 +78,17 @@ TEST_F(DataMgrTest, ProcessFullCollectionDropsEmptyRowsAndRenumbers) {
     EXPECT_EQ(eqns->EqnNameLookup("EMPTY1"), nullptr);
     ILPEquation* r1 = eqns->EqnNameLookup("R1");
     ILPEquation* r2 = eqns->EqnNameLookup("R2");
-    EXPECT_EQ(r1->GetIndex(), 1);
-    EXPECT_EQ(r2->GetIndex(), 2);
-    EXPECT_EQ(r1->GetNumberNZ(), 1);
-    EXPECT_EQ(r2->GetNumberNZ(), 2);
-    EXPECT_EQ(x->GetNumberNZ(), 2);
-    EXPECT_EQ(y->GetNumberNZ(), 1);
-    EXPECT_EQ(vars->VarNameLookup("Z")->GetNumberNZ(), 0);  // empty columns stay
+    EXPECT_EQ(std::make_pair(r1->GetIndex(), r2->GetIndex()), std::make_pair(1, 2));
+    // Entry counts of R1, R2, X, Y and Z: empty columns stay.
+    EXPECT_EQ(std::make_tuple(r1->GetNumberNZ(), r2->GetNumberNZ(), x->GetNumberNZ(), y->GetNumberNZ(),
+                              vars->VarNameLookup("Z")->GetNumberNZ()),
+              std::make_tuple(1, 2, 2, 1, 0));
     // The matrix follows the renumbered rows.
     EXPECT_EQ(matrix->ExistIncidence(2, 2)->GetCoefficient(), 3);
     EXPECT_EQ(matrix->NonZerosInRow(1), 1);
-    EXPECT_EQ(eqns->EqnTypeCount(ZEM_EQN_LE), 1);
-    EXPECT_EQ(eqns->EqnTypeCount(ZEM_EQN_OBJECTIVE), 0);
-    EXPECT_EQ(vars->VarTypeCount(ZEM_VAR_BINARY), 1);
-    EXPECT_EQ(vars->VarTypeCount(ZEM_VAR_CONTINUOUS), 2);
+    EXPECT_EQ(std::make_tuple(eqns->EqnTypeCount(ZEM_EQN_LE), eqns->EqnTypeCount(ZEM_EQN_OBJECTIVE),
+                              vars->VarTypeCount(ZEM_VAR_BINARY), vars->VarTypeCount(ZEM_VAR_CONTINUOUS)),
+              std::make_tuple(1, 0, 1, 2));
 }
 
 TEST_F(DataMgrTest, RemoveEntitiesWithTheirNonzerosAndMemberships) {
@@ -132,13 +131,6 @@ TEST_F(DataMgrTest, ModelFileRoundTripReplacesContent) {
     r1->SetType(3);
     r1->SetRHS(4);
     r1->SetRange(1.5);
-    // A row without entries would be dropped by the restore's processing:
-    // the writer refuses it, naming it.
-    eqns->InsertEquation("EMPTY");
-    std::stringstream refused;
-    EXPECT_THROW(mgr->PersistAsStream(&refused), ZEM_Exception);
-    EXPECT_TRUE(refused.str().empty());
-    mgr->RemoveEquation(eqns->EqnNameLookup("EMPTY"));
     ILPVariable* x = vars->InsertVariable("X");
     vars->InsertVariable("Y");
     ILPNonZero* nz = nullptr;
@@ -151,44 +143,28 @@ TEST_F(DataMgrTest, ModelFileRoundTripReplacesContent) {
     sets->AddSpOrdSetObject(set);
     std::stringstream ss;
     mgr->PersistAsStream(&ss);
+    const std::string bytes = ss.str();
 
     ILPStdDataMgr* copy = nullptr;
     CreateLPStdDataObject(&copy);
     ASSERT_NE(copy, nullptr);
-    ILPVariableList* cvars = nullptr;
-    copy->GetVariableCollectionIntf(&cvars);
     std::string title;
     copy->GetModelTitle(title);
     EXPECT_EQ(title, "ZEMMODEL");  // a new model's defaults
     EXPECT_TRUE(copy->GetValuesInitialized());
     EXPECT_FALSE(copy->MatrixIncludesObjective());
+    ILPVariableList* cvars = nullptr;
+    copy->GetVariableCollectionIntf(&cvars);
     cvars->InsertVariable("STALE");  // a restore replaces what was there
     copy->RestoreFromStream(&ss);
-    copy->GetModelTitle(title);
-    EXPECT_EQ(title, "SMALL");
-    EXPECT_TRUE(copy->MatrixIncludesObjective());
-    int n = 0, m = 0, z = 0;
-    copy->ModelDimension(n, m, z);
-    EXPECT_EQ(n, 2);
-    EXPECT_EQ(m, 1);
-    EXPECT_EQ(z, 2);
+    // Written again, the restored model is the same bytes: title, flags,
+    // limits, entries and the set all came back.
+    std::stringstream again;
+    copy->PersistAsStream(&again);
+    EXPECT_EQ(again.str(), bytes);
     copy->GetVariableCollectionIntf(&cvars);
     EXPECT_EQ(cvars->VarNameLookup("STALE"), nullptr);
-    ILPVariable* cx = cvars->VarNameLookup("X");
-    ASSERT_NE(cx, nullptr);
-    ILPEquationList* ceqns = nullptr;
-    copy->GetEquationCollectionIntf(&ceqns);
-    ILPEquation* cr1 = ceqns->EqnNameLookup("R1");
-    ASSERT_NE(cr1, nullptr);
-    EXPECT_EQ(cr1->GetRHSLo(), 2.5);
-    EXPECT_EQ(cr1->GetRHSUp(), 4);
-    ILPMatrix* cmatrix = nullptr;
-    copy->GetMatrixIntf(&cmatrix);
-    EXPECT_EQ(cmatrix->ExistIncidence(1, 2)->GetCoefficient(), -1.0);
-    ILPSpOrdSetList* csets = nullptr;
-    copy->GetSpOrdSetCollectionIntf(&csets);
-    ASSERT_NE(csets->SOSNameLookup("S"), nullptr);
-    EXPECT_EQ(csets->SOSNameLookup("S")->FrstSetVar(), cx);
+    EXPECT_EQ(cvars->NumberOfVariables(), 2);
     copy->Destroy();
 }
 
@@ -201,12 +177,8 @@ TEST_F(DataMgrTest, ModelFileErrors) {
         EXPECT_EQ(e.ErrorType(), eFileCreateForWrite);
         EXPECT_EQ(e.Routine(), "LPStdDataMgr::PersistAsFile");
     }
-    mgr->SetModelTitle(std::string(129, 'T').c_str());
-    std::stringstream ss;
-    EXPECT_THROW(mgr->PersistAsStream(&ss), ZEM_Exception);
-    EXPECT_TRUE(ss.str().empty());
-    std::stringstream truncated(std::string("\x01\x02", 2));
-    EXPECT_THROW(mgr->RestoreFromStream(&truncated), ZEM_Exception);
+    // What the file cannot carry is refused by the shared frame, checked by
+    // the model file property harness (tests/xmpsutil).
 }
 
 TEST_F(DataMgrTest, HeadingAndComposedDisplays) {

@@ -69,11 +69,10 @@ TEST(LPVariableList, ProcessCountsTypesAndComplementPairs) {
     c->SetComplementarityTarget(a);
     EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 0);  // only counted when processed
     list.ProcessVariableCollection();
-    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_CONTINUOUS), 1);
-    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_BINARY), 1);
-    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_DISCRETE), 1);
-    EXPECT_EQ(list.VarTypeCount(ZEM_VAR_SEMICONTINUOUS), 0);
-    EXPECT_EQ(list.VarTypeCount(9), 1);
+    std::vector<int> counts;
+    for (int type : {int(ZEM_VAR_CONTINUOUS), int(ZEM_VAR_BINARY), int(ZEM_VAR_DISCRETE), int(ZEM_VAR_SEMICONTINUOUS), 9})
+        counts.push_back(list.VarTypeCount(type));
+    EXPECT_EQ(counts, (std::vector<int>{1, 1, 1, 0, 1}));
     EXPECT_EQ(list.NumberOfComplementPairs(), 2);
     EXPECT_EQ(list.FrstComplementarityVar(), a);
     EXPECT_EQ(list.NextComplementarityVar(), c);

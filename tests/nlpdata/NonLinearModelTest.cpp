@@ -2,6 +2,8 @@
 // removal and trash.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <sstream>
 
 #include "NLRig.h"
@@ -35,11 +37,10 @@ TEST_F(NonLinearModelAdd, TermOverNewVariableMakesAZeroEntryAndReusesIt) {
     INonLinearity* t2 = m.Term("LNX", r, {1.0}, {x});
     EXPECT_EQ(m.matrix->NumberOfNonZeros(), 2);
     EXPECT_EQ(t2->FrstNZ(), nx);
-    EXPECT_EQ(nx->GetNonlinear(), 2);
-    EXPECT_EQ(ny->GetNonlinear(), 1);
-    EXPECT_EQ(x->GetNonlinear(), 2);
-    EXPECT_EQ(y->GetNonlinear(), 1);
-    EXPECT_EQ(r->GetNonlinear(), 2);
+    // Nonlinear marks of the entries, the variables and the row.
+    EXPECT_EQ(std::make_tuple(nx->GetNonlinear(), ny->GetNonlinear(), x->GetNonlinear(), y->GetNonlinear(),
+                              r->GetNonlinear()),
+              std::make_tuple(2, 1, 2, 1, 2));
 
     // A repeated argument gets one entry and one count.
     ILPVariable* z = m.Var("Z");
@@ -60,9 +61,9 @@ TEST_F(NonLinearModelAdd, IndicesCountsAndTypeCounts) {
     EXPECT_EQ(c->GetIndex(), 3);
     EXPECT_EQ(m.model->NumberOfNonLinearities(), 3);
     EXPECT_EQ(m.model->NumberOfPersistedNonLinearities(), 2);
-    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLProduct), 2);
-    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLExponentialX), 1);
-    EXPECT_EQ(m.model->NonLinearityTypeCount(kNLEI), 0);
+    EXPECT_EQ(std::make_tuple(m.model->NonLinearityTypeCount(kNLProduct), m.model->NonLinearityTypeCount(kNLExponentialX),
+                              m.model->NonLinearityTypeCount(kNLEI)),
+              std::make_tuple(2, 1, 0));
     m.model->ProcessNonLinearModel();
     EXPECT_EQ(m.model->NonLinearityTypeCount(kNLProduct), 2);
 }
@@ -82,10 +83,9 @@ TEST_F(NonLinearModelAdd, RefusesTermsItCannotPlace) {
     INonLinearity* ok = m.Term("XPROD", r, {1.0}, {x});
     EXPECT_THROW(m.model->AddNonLinearityObject(ok), ZEM_Exception);
     // Nothing of the refused attempts is left behind.
-    EXPECT_EQ(m.model->NumberOfNonLinearities(), 1);
-    EXPECT_EQ(m.matrix->NumberOfNonZeros(), 1);
-    EXPECT_EQ(x->GetNonlinear(), 1);
-    EXPECT_EQ(r->GetNonlinear(), 1);
+    EXPECT_EQ(std::make_tuple(m.model->NumberOfNonLinearities(), m.matrix->NumberOfNonZeros(), x->GetNonlinear(),
+                              r->GetNonlinear()),
+              std::make_tuple(1, 1, 1, 1));
 }
 
 TEST_F(NonLinearModelAdd, WalksByPoolByRowAndRetrieval) {
@@ -220,12 +220,9 @@ TEST_F(NonLinearModelRemove, RemovingATermLowersCountsAndRenumbers) {
     m.model->RemoveNonLinearity(t1);
     EXPECT_EQ(m.model->NumberOfNonLinearities(), 2);
     EXPECT_EQ(m.model->NumberOfPersistedNonLinearities(), 2);
-    EXPECT_EQ(t2->GetIndex(), 1);
-    EXPECT_EQ(t3->GetIndex(), 2);
-    EXPECT_EQ(r1->GetNonlinear(), 0);
-    EXPECT_EQ(x->GetNonlinear(), 1);
-    EXPECT_EQ(y->GetNonlinear(), 1);
-    EXPECT_EQ(nx->GetNonlinear(), 0);
+    EXPECT_EQ(std::make_pair(t2->GetIndex(), t3->GetIndex()), std::make_pair(1, 2));
+    EXPECT_EQ(std::make_tuple(r1->GetNonlinear(), x->GetNonlinear(), y->GetNonlinear(), nx->GetNonlinear()),
+              std::make_tuple(0, 1, 1, 0));
     EXPECT_EQ(m.matrix->NumberOfNonZeros(), nz);  // entries stay
     EXPECT_TRUE(m.RowTerms(1).empty());
     EXPECT_EQ(m.RowTerms(3), std::vector<INonLinearity*>{t3});

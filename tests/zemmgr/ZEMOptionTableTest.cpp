@@ -85,7 +85,9 @@ TEST(ZEMOptionTable, DisplayEmptyAndMixedColumns) {
               "  A : 1\n  B : 2 : x\n  C : -------- : 3\n");
 }
 
-TEST(ZEMOptionTable, PersistedLayoutAndRoundTrip) {
+// Reading the table back (exactly its own bytes, both columns) is checked
+// byte for byte by the model file round trip in tests/xmpsutil.
+TEST(ZEMOptionTable, PersistedLayout) {
     ZEMOptionTable t;
     EXPECT_EQ(persisted(t), std::string(8, '\0'));  // empty: two zero lengths
     t.SetOption("K", "vv", nullptr);
@@ -95,15 +97,6 @@ TEST(ZEMOptionTable, PersistedLayoutAndRoundTrip) {
     const std::string expected = std::string("\x09\0\0\0", 4) + std::string("J\0u\0K\0vv\0", 9) +
                                  std::string("\x04\0\0\0", 4) + std::string("J\0w\0", 4);
     EXPECT_EQ(bytes, expected);
-
-    std::istringstream in(bytes + "tail");
-    ZEMOptionTable back;
-    back.StreamRead(&in);
-    EXPECT_EQ(back.FirstColumn(), t.FirstColumn());
-    EXPECT_EQ(back.SecondColumn(), t.SecondColumn());
-    std::string rest;
-    in >> rest;
-    EXPECT_EQ(rest, "tail");  // reads exactly its own bytes
 }
 
 TEST(ZEMOptionTable, TruncatedOrDamagedInputIsAReadError) {
