@@ -288,8 +288,8 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
         const int at = m_argColumn;
         if (field == kMPSFieldName1) {
             span = PeekMap(line, cut).Next(m_geometry.start[kMPSFieldName1]);
-        } else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::isBlank(line[at - 1]) &&
-                   !xmpstok::isBlank(line[at])) {
+        } else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::IsBlank(line[at - 1]) &&
+                   !xmpstok::IsBlank(line[at])) {
             span = PeekMap(line, cut).Next(at);
         }
         // The variable in hand (the common case: a column's cards together)

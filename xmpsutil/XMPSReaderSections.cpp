@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kProcessError = "MPS Read/Process Error";
 
-bool keyIs(const char* key, const char* word) { return std::strcmp(key, word) == 0; }
+bool KeyIs(const char* key, const char* word) { return std::strcmp(key, word) == 0; }
 
 }  // namespace
 
@@ -106,19 +106,19 @@ void XMPSReader::INITIALData() {
         var->SetVarValue(value);
         const char* key = Field(kMPSFieldKey);
         if (key[0] == '\0') continue;
-        if (keyIs(key, "NB")) {
+        if (KeyIs(key, "NB")) {
             var->SetVarStatus(ZEM_STATUS_NONBASIC);
-        } else if (keyIs(key, "SB")) {
+        } else if (KeyIs(key, "SB")) {
             var->SetVarStatus(ZEM_STATUS_STEP_BOUNDED);
-        } else if (keyIs(key, "BS")) {
+        } else if (KeyIs(key, "BS")) {
             var->SetVarStatus(ZEM_STATUS_BASIC);
-        } else if (keyIs(key, "FX")) {
+        } else if (KeyIs(key, "FX")) {
             var->SetVarStatus(ZEM_STATUS_FIXED);
             var->SetVarValue(value);
-        } else if (keyIs(key, "UB")) {
+        } else if (KeyIs(key, "UB")) {
             var->SetVarStatus(ZEM_STATUS_NONBASIC_UB);
             var->SetVarValue(value);
-        } else if (keyIs(key, "LB")) {
+        } else if (KeyIs(key, "LB")) {
             var->SetVarStatus(ZEM_STATUS_NONBASIC_LB);
             var->SetVarValue(value);
         } else if (!ProcessExtendedINITIALKeySet(key, var)) {
@@ -157,22 +157,22 @@ void XMPSReader::TEMPBOUNDSData() {
             LookupColumnOrSkip(column, "MPS BOUNDS Section Error - Invalid Column Name", kRoutine);
         if (var == nullptr) continue;
         const bool needsValue =
-            keyIs(key, "LO") || keyIs(key, "UP") || keyIs(key, "FX") || keyIs(key, "LI");
+            KeyIs(key, "LO") || KeyIs(key, "UP") || KeyIs(key, "FX") || KeyIs(key, "LI");
         if (needsValue && !HasField(kMPSFieldNumber1)) {
             CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
         }
-        if (keyIs(key, "LO")) {
+        if (KeyIs(key, "LO")) {
             double value = FieldNumber(kMPSFieldNumber1);
             if (var->GetVarType() == ZEM_VAR_DISCRETE ||
                 !(var->GetBoundUpper() > var->GetBoundLower())) {
                 value = 0.0;
             }
             var->SetTempBoundLower(value);
-        } else if (keyIs(key, "FX")) {
+        } else if (KeyIs(key, "FX")) {
             var->SetTempBoundLower(FieldNumber(kMPSFieldNumber1));
-        } else if (keyIs(key, "FR") || keyIs(key, "MI") || keyIs(key, "BV") || keyIs(key, "LI")) {
+        } else if (KeyIs(key, "FR") || KeyIs(key, "MI") || KeyIs(key, "BV") || KeyIs(key, "LI")) {
             var->SetTempBoundLower(0.0);
-        } else if (keyIs(key, "UP") || keyIs(key, "PL")) {
+        } else if (KeyIs(key, "UP") || KeyIs(key, "PL")) {
             // No temporary upper bound to set.
         } else if (!ProcessExtendedBOUNDSKeySet(key, var)) {
             CardFault("XMPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
@@ -218,7 +218,7 @@ void XMPSReader::VARGROUPSData() {
                              kRoutine, __LINE__);
             }
             // Only a new group takes its direction from the key.
-            const int16_t direction = keyIs(key, "IN") ? 1 : keyIs(key, "OT") ? -1 : 0;
+            const int16_t direction = KeyIs(key, "IN") ? 1 : KeyIs(key, "OT") ? -1 : 0;
             collection->SetDirection(direction);
         }
         collection->AddVariableObject(var);

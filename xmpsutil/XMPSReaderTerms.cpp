@@ -83,7 +83,7 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     // Key: the non-blank characters of the fixed key field.
     int k = 0;
     for (int i = 1; i < 1 + m_geometry.keyWidth && i < m_lineLength; ++i) {
-        if (!xmpstok::isBlank(m_line[i])) key[k++] = m_line[i];
+        if (!xmpstok::IsBlank(m_line[i])) key[k++] = m_line[i];
     }
     key[k] = '\0';
 

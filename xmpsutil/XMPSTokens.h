@@ -32,7 +32,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 namespace xmpstok {
@@ -40,45 +39,12 @@ namespace xmpstok {
 // Longest token kept; token buffers hold kTokenMax + 1 bytes.
 constexpr int kTokenMax = 128;
 
-inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
+inline bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-// Copies the n bytes of a token from src to dst and terminates dst. Eight
-// bytes at a time, then four, two and one: no block-copy set-up is paid for
-// a short token, and the eight-byte reads that hash or compare the copy
-// right afterwards each find their bytes in one store.
+// Copies the n bytes of a token from src to dst and terminates dst.
 inline void CopyToken(char* dst, const char* src, size_t n) {
-    size_t i = 0;
-    for (; i + 8 <= n; i += 8) std::memcpy(dst + i, src + i, 8);
-    if (n - i >= 4) {
-        std::memcpy(dst + i, src + i, 4);
-        i += 4;
-    }
-    if (n - i >= 2) {
-        std::memcpy(dst + i, src + i, 2);
-        i += 2;
-    }
-    if (i < n) dst[i] = src[i];
+    std::memcpy(dst, src, n);
     dst[n] = '\0';
-}
-
-// True when the n bytes at a and at b are the same. Eight bytes at a time,
-// the last eight read overlapping: names are short, and a library call
-// would cost more than the compare.
-inline bool SameBytes(const char* a, const char* b, size_t n) {
-    if (n < 8) {
-        for (size_t i = 0; i < n; ++i)
-            if (a[i] != b[i]) return false;
-        return true;
-    }
-    uint64_t x, y;
-    for (size_t i = 0; i + 8 < n; i += 8) {
-        std::memcpy(&x, a + i, 8);
-        std::memcpy(&y, b + i, 8);
-        if (x != y) return false;
-    }
-    std::memcpy(&x, a + n - 8, 8);
-    std::memcpy(&y, b + n - 8, 8);
-    return x == y;
 }
 
 // A name remembered with its length, to tell whether a card names the same
@@ -97,7 +63,7 @@ public:
         return true;
     }
     void Clear() { m_n = kNone; }
-    bool Is(const char* s, size_t n) const { return n == m_n && SameBytes(m_text, s, n); }
+    bool Is(const char* s, size_t n) const { return n == m_n && std::memcmp(m_text, s, n) == 0; }
 
 private:
     static constexpr size_t kNone = ~size_t(0);
