@@ -36,10 +36,11 @@ constexpr HeaderKeyword kHeaders[] = {
 
 }  // namespace
 
-MPSStdReader::MPSStdReader(bool extendedWidths) : m_extendedWidths(extendedWidths) {}
+MPSStdReader::MPSStdReader(bool extendedWidths)
+    : m_extendedWidths(extendedWidths), m_sourceTag(zemsrc::kMpsUtil) {}
 
 MPSStdReader::MPSStdReader(ILPStdDataMgr* model, bool extendedWidths)
-    : m_extendedWidths(extendedWidths), m_model(model) {}
+    : m_extendedWidths(extendedWidths), m_model(model), m_sourceTag(zemsrc::kMpsUtil) {}
 
 MPSStdReader::~MPSStdReader() {
     if (m_ownsModel && m_model != nullptr) m_model->Destroy();
@@ -49,7 +50,7 @@ void MPSStdReader::Destroy() { delete this; }
 
 void MPSStdReader::TakeLPStdDataObject(ILPStdDataMgr** out) {
     if (out != nullptr) *out = m_model;
-    m_lastColumn = nullptr;
+    ForgetLastCard();
     m_model = nullptr;
     m_ownsModel = false;
     m_varList = nullptr;
@@ -123,7 +124,7 @@ void MPSStdReader::ResetReadState() {
     m_section = kMPSCardEndOfFile;
     m_cardStatus = kMPSCardEndOfFile;
     m_emptyColumns.clear();
-    m_lastColumn = nullptr;
+    ForgetLastCard();
     for (auto& field : m_fields) field[0] = '\0';
 }
 
@@ -237,41 +238,48 @@ void MPSStdReader::ReadModel() {
         ProcessError("MPS File Read Error", "Expected COLUMNS Card", kReadFile, __LINE__);
     }
     COLUMNSData();
-    ReadSections();
+    ReadSectionLoop();
 }
 
-void MPSStdReader::ReadSections() {
+void MPSStdReader::ReadSectionLoop() {
     for (;;) {
-        switch (m_section) {
-            case kMPSCardRHS: RHSData(); break;
-            case kMPSCardRANGES: RANGESData(); break;
-            case kMPSCardBOUNDS: BOUNDSData(); break;
-            case kMPSCardSETS: SETSData(); break;
-            case kMPSCardENDATA:
-                CheckMPSStatus();
-                m_lastColumn = nullptr;  // rows and columns may be dropped now
-                m_model->ProcessFullCollection();
-                return;
-            case kMPSCardEndOfFile:
-                ProcessError("MPS File Read Error", "Unexpected end of MPS file - no ENDATA card",
-                             kReadFile, __LINE__);
-            default: {
-                // A section of a derived reader. One that reads nothing and
-                // leaves the state as it was would loop for ever: refuse it.
-                const int linesBefore = m_lineCount;
-                const int16_t section = m_section;
-                ProcessExtendedSections();
-                if (m_lineCount != linesBefore || m_section != section) break;
-                if (section == kMPSCardNAME || section == kMPSCardROWS ||
-                    section == kMPSCardCOLUMNS) {
-                    CardError("Unexpected Header Card Read in MPS File", kReadFile, __LINE__);
-                }
-                ProcessError("MPS Read/Process Error", "No handler for the section of this header card",
-                             kReadFile, __LINE__);
-            }
+        const int linesBefore = m_lineCount;
+        const int16_t code = m_cardStatus;
+        if (code == kMPSCardENDATA) {
+            ForgetLastCard();  // rows and columns may be dropped now
+            CheckMPSStatus();
+            m_model->ProcessFullCollection();
+            return;
         }
+        if (code == kMPSCardEndOfFile) {
+            ProcessError("MPS File Read Error", m_noEndataMessage, m_loopRoutine, __LINE__);
+        }
+        ReadSection(code);
+        if (m_lineCount == linesBefore && m_cardStatus == code) SectionReadNoCard(code);
     }
 }
+
+void MPSStdReader::ReadSection(int16_t code) {
+    switch (code) {
+        case kMPSCardRHS: RHSData(); break;
+        case kMPSCardRANGES: RANGESData(); break;
+        case kMPSCardBOUNDS: BOUNDSData(); break;
+        case kMPSCardSETS: SETSData(); break;
+        default: ProcessExtendedSections(); break;
+    }
+}
+
+void MPSStdReader::SectionReadNoCard(int16_t code) {
+    // A header of the file's first part again, or a section of a derived
+    // reader that read nothing.
+    if (code == kMPSCardNAME || code == kMPSCardROWS || code == kMPSCardCOLUMNS) {
+        CardError("Unexpected Header Card Read in MPS File", m_loopRoutine, __LINE__);
+    }
+    ProcessError("MPS Read/Process Error", "No handler for the section of this header card",
+                 m_loopRoutine, __LINE__);
+}
+
+void MPSStdReader::ForgetLastCard() { m_lastColumn = nullptr; }
 
 // ---- Helpers ----
 
@@ -334,26 +342,34 @@ ILPVariable* MPSStdReader::NewVariable(const char* name) {
 
 double MPSStdReader::FieldNumber(int f) const { return MPSParseNumber(m_fields[f]); }
 
+void MPSStdReader::SetReaderLabels(const char* sourceTag, const char* inputLabel,
+                                   const char* loopRoutine, const char* noEndataMessage) {
+    m_sourceTag = sourceTag;
+    m_inputLabel = inputLabel;
+    m_loopRoutine = loopRoutine;
+    m_noEndataMessage = noEndataMessage;
+}
+
 namespace {
 
 // A traceback buffer that tells where in the input the read stopped.
-std::ostringstream* InputPosition(int lineCount) {
+std::ostringstream* InputPosition(const char* label, int lineCount) {
     auto* buffer = new std::ostringstream;
-    if (lineCount > 0) *buffer << "MPS input line " << lineCount << "\n";
+    if (lineCount > 0) *buffer << label << lineCount << "\n";
     return buffer;
 }
 
 }  // namespace
 
 void MPSStdReader::CardError(const char* message, const char* routine, int srcLine) const {
-    throw ZEM_Exception(message, m_line, routine, zemsrc::kMpsUtil, srcLine,
-                        InputPosition(m_lineCount));
+    throw ZEM_Exception(message, m_line, routine, m_sourceTag, srcLine,
+                        InputPosition(m_inputLabel, m_lineCount));
 }
 
 void MPSStdReader::ProcessError(const char* category, const char* message, const char* routine,
                                 int srcLine) const {
-    throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, srcLine,
-                        InputPosition(m_lineCount));
+    throw ZEM_Exception(category, message, routine, m_sourceTag, srcLine,
+                        InputPosition(m_inputLabel, m_lineCount));
 }
 
 void CreateMPSStdReaderObject(MPSStdReader** out, ILPStdDataMgr* model) {

@@ -201,13 +201,33 @@ protected:
     // Creates, names and adds a new variable; null when it cannot be made.
     ILPVariable* NewVariable(const char* name);
 
-    // Throws a data error: the message as the name, the current card's text
-    // as the reason; `srcLine` is the throwing source line. The traceback
-    // buffer tells the line number of the input.
+    // The one throw path of the readers. A data error carries the message as
+    // its name and the current card's text as its reason; a process error
+    // its category and message. Both carry the reader's source tag and a
+    // traceback that tells the input line ("MPS input line 12"; see
+    // SetReaderLabels). `srcLine` is the throwing source line.
     [[noreturn]] void CardError(const char* message, const char* routine, int srcLine) const;
-    // Throws an internal error ("MPS Read/Process Error" and friends).
     [[noreturn]] void ProcessError(const char* category, const char* message,
                                    const char* routine, int srcLine) const;
+    // Set once by a derived reader: its source tag, the word that labels
+    // input lines in tracebacks, the routine named by the section loop's
+    // errors and the message for input that ends without ENDATA.
+    void SetReaderLabels(const char* sourceTag, const char* inputLabel, const char* loopRoutine,
+                         const char* noEndataMessage);
+
+    // The section loop, shared by every reader: from the header card in
+    // hand, one section after another (ReadSection) up to ENDATA, where the
+    // model finishes the read. A section handler that reads no card is
+    // refused through SectionReadNoCard rather than looping for ever.
+    void ReadSectionLoop();
+    // Reads the section whose header card is in hand: RHS, RANGES, BOUNDS
+    // and SETS here, anything else through ProcessExtendedSections.
+    virtual void ReadSection(int16_t code);
+    // Throws for a section handler that read no card.
+    [[noreturn]] virtual void SectionReadNoCard(int16_t code);
+    // Forgets the rows and columns remembered from earlier cards (they may
+    // be removed when the model finishes the read).
+    virtual void ForgetLastCard();
 
     // Look-ahead for the name lookups, which on a large model each cost a
     // cache miss: when the next line is already buffered, the name fields
@@ -275,11 +295,14 @@ private:
     // Everything after the input is open: NAME, ROWS, COLUMNS, the section
     // loop and ENDATA.
     void ReadModel();
-    void ReadSections();
     void AddColumnEntry(int rowField, int valueField, ILPVariable* var);
     void ApplyBound(ILPVariable* var);
 
     ILPVariable* m_lastColumn = nullptr;  // COLUMNS cards of one column are usually together
+    const char* m_sourceTag;
+    const char* m_inputLabel = "MPS input line ";
+    const char* m_loopRoutine = "MPSStdReader::ReadMPSFile";
+    const char* m_noEndataMessage = "Unexpected end of MPS file - no ENDATA card";
 };
 
 // Stores a new reader of `model` (null: the reader makes its own) in *out,

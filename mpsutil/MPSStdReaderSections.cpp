@@ -14,11 +14,9 @@
 #include "lpdata/ZEMTypes.h"
 #include "mpsutil/MPSStdReader.h"
 
-#define MPS_CARD_ERROR(message, routine) CardError((message), (routine), __LINE__)
-#define MPS_PROCESS_ERROR(message, routine) \
-    ProcessError("MPS Read/Process Error", (message), (routine), __LINE__)
-
 namespace {
+
+constexpr const char* kProcessError = "MPS Read/Process Error";
 
 // Bound keys of the BOUNDS section and whether they need a value.
 enum BoundKey { kLO, kUP, kSB, kFX, kFR, kMI, kPL, kBV, kLI, kUI, kSC, kBoundKeyCount };
@@ -80,20 +78,20 @@ void MPSStdReader::ROWSData() {
     do {
         PrefetchNextCard(-1, kMPSFieldName1);
         const char* name = Field(kMPSFieldName1);
-        if (name[0] == '\0') MPS_CARD_ERROR("MPS ROWS Section Error - Incomplete Data Entry", kRoutine);
+        if (name[0] == '\0') CardError("MPS ROWS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
         if (FindEquation(name) != nullptr) {
-            MPS_CARD_ERROR("MPS ROWS Section Error - Row Name Already Used", kRoutine);
+            CardError("MPS ROWS Section Error - Row Name Already Used", kRoutine, __LINE__);
         }
         // The type is settled before the row is made, so a refused key
         // leaves nothing behind.
         int16_t type = ZEM_EQN_UNKNOWN;
         GetEquationTypeFromKey(type);
         if (type == ZEM_EQN_UNKNOWN) {
-            MPS_CARD_ERROR("MPS ROWS Section Error - Unknown Row Type Key Found", kRoutine);
+            CardError("MPS ROWS Section Error - Unknown Row Type Key Found", kRoutine, __LINE__);
         }
         ILPEquation* eqn = nullptr;
         m_eqnList->CreateNewEquationObject(&eqn);
-        if (eqn == nullptr) MPS_PROCESS_ERROR("ROWSData Unable to create new Equation data object", kRoutine);
+        if (eqn == nullptr) ProcessError(kProcessError, "ROWSData Unable to create new Equation data object", kRoutine, __LINE__);
         eqn->SetName(name);
         eqn->SetType(type);
         m_eqnList->AddEquationObject(eqn);
@@ -111,11 +109,11 @@ void MPSStdReader::COLUMNSData() {
     do {
         PrefetchNextCard(kMPSFieldName1, kMPSFieldName2, kMPSFieldName3);
         const char* column = Field(kMPSFieldName1);
-        if (column[0] == '\0') MPS_CARD_ERROR(kIncomplete, kRoutine);
+        if (column[0] == '\0') CardError(kIncomplete, kRoutine, __LINE__);
         const bool pair1 = HasField(kMPSFieldName2);
         const bool pair2 = HasField(kMPSFieldName3);
         if ((pair1 && !HasField(kMPSFieldNumber1)) || (pair2 && !HasField(kMPSFieldNumber2))) {
-            MPS_CARD_ERROR(kIncomplete, kRoutine);
+            CardError(kIncomplete, kRoutine, __LINE__);
         }
         ILPVariable* var = m_lastColumn;
         if (var == nullptr || std::strcmp(var->GetName(), column) != 0) var = FindVariable(column);
@@ -126,7 +124,7 @@ void MPSStdReader::COLUMNSData() {
             }
             var = NewVariable(column);
             if (var == nullptr) {
-                MPS_PROCESS_ERROR("COLUMNSData Unable to create new Variable data object", kRoutine);
+                ProcessError(kProcessError, "COLUMNSData Unable to create new Variable data object", kRoutine, __LINE__);
             }
         }
         m_lastColumn = var;
@@ -139,10 +137,10 @@ void MPSStdReader::AddColumnEntry(int rowField, int valueField, ILPVariable* var
     static const char* const kRoutine = "MPSStdReader::COLUMNSData";
     int index = 0;
     ILPEquation* row = FindEquation(Field(rowField), index);
-    if (row == nullptr) MPS_CARD_ERROR("MPS COLUMNS Section Error - Invalid Row Name", kRoutine);
+    if (row == nullptr) CardError("MPS COLUMNS Section Error - Invalid Row Name", kRoutine, __LINE__);
     ILPNonZero* nz = nullptr;
     m_matrix->CreateNewNonZeroObject(&nz);
-    if (nz == nullptr) MPS_PROCESS_ERROR("COLUMNSData Unable to create new NonZero data object", kRoutine);
+    if (nz == nullptr) ProcessError(kProcessError, "COLUMNSData Unable to create new NonZero data object", kRoutine, __LINE__);
     nz->SetEquationPtr(row);
     nz->SetVariablePtr(var);
     nz->SetCoefficient(FieldNumber(valueField));
@@ -156,21 +154,21 @@ void MPSStdReader::RHSData() {
     FetchModelParts("RHSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     while (ReadMPSCard() == kMPSCardData) {
         PrefetchNextCard(-1, kMPSFieldName2, kMPSFieldName3);
-        if (!HasField(kMPSFieldName1)) MPS_CARD_ERROR(kIncomplete, kRoutine);
+        if (!HasField(kMPSFieldName1)) CardError(kIncomplete, kRoutine, __LINE__);
         // First pair: a row that does not exist is passed over.
         if (HasField(kMPSFieldName2)) {
-            if (!HasField(kMPSFieldNumber1)) MPS_CARD_ERROR(kIncomplete, kRoutine);
+            if (!HasField(kMPSFieldNumber1)) CardError(kIncomplete, kRoutine, __LINE__);
             if (ILPEquation* row = FindEquation(Field(kMPSFieldName2))) {
                 row->SetRHS(FieldNumber(kMPSFieldNumber1));
             }
         }
         // Second pair: a row that does not exist is an error unless ignored.
         if (HasField(kMPSFieldName3)) {
-            if (!HasField(kMPSFieldNumber2)) MPS_CARD_ERROR(kIncomplete, kRoutine);
+            if (!HasField(kMPSFieldNumber2)) CardError(kIncomplete, kRoutine, __LINE__);
             if (ILPEquation* row = FindEquation(Field(kMPSFieldName3))) {
                 row->SetRHS(FieldNumber(kMPSFieldNumber2));
             } else if (m_ignoredRows.count(Field(kMPSFieldName3)) == 0) {
-                MPS_CARD_ERROR("MPS RHS Section Error - Invalid Row Name", kRoutine);
+                CardError("MPS RHS Section Error - Invalid Row Name", kRoutine, __LINE__);
             }
         }
     }
@@ -186,12 +184,12 @@ void MPSStdReader::RANGESData() {
         for (const auto& pair : pairs) {
             if (!HasField(pair[0])) continue;
             if (!HasField(pair[1])) {
-                MPS_CARD_ERROR("MPS RANGES Section Error - Incomplete Data Entry", kRoutine);
+                CardError("MPS RANGES Section Error - Incomplete Data Entry", kRoutine, __LINE__);
             }
             ILPEquation* row = FindEquation(Field(pair[0]));
             if (row == nullptr) {
                 if (m_ignoredRows.count(Field(pair[0])) != 0) continue;
-                MPS_CARD_ERROR("MPS RANGES Section Error - Invalid Row Name", kRoutine);
+                CardError("MPS RANGES Section Error - Invalid Row Name", kRoutine, __LINE__);
             }
             const double range = FieldNumber(pair[1]);
             if (range == 0.0) row->SetType(ZEM_EQN_EQ);
@@ -207,12 +205,12 @@ void MPSStdReader::BOUNDSData() {
     while (ReadMPSCard() == kMPSCardData) {
         PrefetchNextCard(kMPSFieldName2, -1);
         if (!HasField(kMPSFieldKey)) {
-            MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine);
+            CardError("MPS BOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine, __LINE__);
         }
         const char* column = Field(kMPSFieldName2);
         if (column[0] == '\0') {
-            MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
-                           kRoutine);
+            CardError("MPS BOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
+                           kRoutine, __LINE__);
         }
         ILPVariable* var = FindVariable(column);
         if (var == nullptr) {
@@ -220,8 +218,8 @@ void MPSStdReader::BOUNDSData() {
             var = NewVariable(column);
             // The wording is shared with the extended reader.
             if (var == nullptr) {
-                MPS_PROCESS_ERROR("NONLINEARData Unable to create new Variable data object",
-                                  "XMPSReader::NONLINEARData");
+                ProcessError(kProcessError, "NONLINEARData Unable to create new Variable data object",
+                                  "XMPSReader::NONLINEARData", __LINE__);
             }
         }
         ApplyBound(var);
@@ -235,12 +233,12 @@ void MPSStdReader::ApplyBound(ILPVariable* var) {
     while (which < kBoundKeyCount && std::strcmp(key, kBoundKeys[which].key) != 0) ++which;
     if (which == kBoundKeyCount) {
         if (!ProcessExtendedBOUNDSKeySet(key, var)) {
-            MPS_CARD_ERROR("MPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine);
+            CardError("MPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
         }
         return;
     }
     if (kBoundKeys[which].needsValue && !HasField(kMPSFieldNumber1)) {
-        MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry", kRoutine);
+        CardError("MPS BOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
     }
     const double v = kBoundKeys[which].needsValue ? FieldNumber(kMPSFieldNumber1) : 0.0;
     switch (which) {
@@ -297,11 +295,11 @@ void MPSStdReader::SETSData() {
     CheckSection(kMPSCardSETS, "SETSData method invoked in wrong state", kRoutine, __LINE__);
     ILPSpOrdSetList* sets = nullptr;
     m_model->GetSpOrdSetCollectionIntf(&sets);
-    if (sets == nullptr) MPS_PROCESS_ERROR("SETSData Unable to Retrieve LP SOS data object", kRoutine);
+    if (sets == nullptr) ProcessError(kProcessError, "SETSData Unable to Retrieve LP SOS data object", kRoutine, __LINE__);
     m_varList = nullptr;
     m_model->GetVariableCollectionIntf(&m_varList);
     if (m_varList == nullptr) {
-        MPS_PROCESS_ERROR("SETSData Unable to Retrieve LP Variable data object", kRoutine);
+        ProcessError(kProcessError, "SETSData Unable to Retrieve LP Variable data object", kRoutine, __LINE__);
     }
     while (ReadMPSCard() == kMPSCardData) {
         const char* key = Field(kMPSFieldKey);
@@ -309,13 +307,13 @@ void MPSStdReader::SETSData() {
         for (size_t i = 0; i < sizeof kSetKeys / sizeof kSetKeys[0]; ++i) {
             if (std::strcmp(key, kSetKeys[i]) == 0) type = static_cast<int16_t>(i + 1);
         }
-        if (type == 0) MPS_CARD_ERROR("MPS SETS Section Error - Unrecognized SOS Type Key", kRoutine);
+        if (type == 0) CardError("MPS SETS Section Error - Unrecognized SOS Type Key", kRoutine, __LINE__);
         const char* name = Field(kMPSFieldName1);
-        if (name[0] == '\0') MPS_CARD_ERROR("MPS SETS Section Error - Incomplete Data Entry", kRoutine);
+        if (name[0] == '\0') CardError("MPS SETS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
         ILPSpOrdSet* set = sets->SOSNameLookup(name);
         if (set == nullptr) {
             sets->CreateNewSpOrdSetObject(&set);
-            if (set == nullptr) MPS_PROCESS_ERROR("SETSData Unable to Retrieve LP SOS data object", kRoutine);
+            if (set == nullptr) ProcessError(kProcessError, "SETSData Unable to Retrieve LP SOS data object", kRoutine, __LINE__);
             set->SetName(name);
             set->SetType(type);
             sets->AddSpOrdSetObject(set);
@@ -324,7 +322,7 @@ void MPSStdReader::SETSData() {
         for (int field : {kMPSFieldName2, kMPSFieldName3}) {
             if (!HasField(field)) continue;
             ILPVariable* var = FindVariable(Field(field));
-            if (var == nullptr) MPS_CARD_ERROR("MPS SETS Section Error - Invalid Column Name", kRoutine);
+            if (var == nullptr) CardError("MPS SETS Section Error - Invalid Column Name", kRoutine, __LINE__);
             set->AddVariableObject(var);
         }
     }

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr const char* kProcessError = "MPS Read/Process Error";
+constexpr const char* kLoopRoutine = "XMPSReader::ReadMPSStream";
 // Returned for a first line that is no header at all, so that the read
 // fails with "Expected NAME Card" rather than as an unknown header.
 constexpr int16_t kUnknownFirstCard = 199;
@@ -46,7 +47,11 @@ XMPSReader::XMPSReader(IZEMDataMgr* model, bool extendedFormat)
     CommonCtor();
 }
 
-void XMPSReader::CommonCtor() { SetFieldWidth(8, 12, 2); }
+void XMPSReader::CommonCtor() {
+    SetFieldWidth(8, 12, 2);
+    SetReaderLabels(zemsrc::kXmpsUtil, "XMPS input line ", kLoopRoutine,
+                    "Unexpected end of XMPS file - no ENDATA card");
+}
 
 XMPSReader::~XMPSReader() {
     if (m_ownsZem && m_zem != nullptr) m_zem->IRelease();
@@ -61,7 +66,7 @@ void XMPSReader::AllocateDataObject() {
     IZEMMgr* mgr = nullptr;
     ZEMObjectFactory(&mgr);
     if (mgr == nullptr) {
-        ProcessFault("MPS/ZEM Data Object Allocation Exception", "Failed to create ZEMDataMgr object",
+        ProcessError("MPS/ZEM Data Object Allocation Exception", "Failed to create ZEMDataMgr object",
                      "XMPSReader::AllocateDataObject", __LINE__);
     }
     mgr->IAddRef();
@@ -110,7 +115,7 @@ void XMPSReader::ReadMPSFile(const char* path) {
 
 void XMPSReader::ReadMPSStream(std::stringstream* in) {
     if (in == nullptr) {
-        ProcessFault("MPS Read Error", "No stream provided", "XMPSReader::ReadMPSStream", __LINE__);
+        ProcessError("MPS Read Error", "No stream provided", "XMPSReader::ReadMPSStream", __LINE__);
     }
     AttachInput(in);
     try {
@@ -129,7 +134,6 @@ void XMPSReader::ReadXMPSInput(std::istream*) {
     m_xlinearSeen = false;
     m_nonlinearSeen = false;
     m_initialRead = false;
-    ForgetLastCard();
     if (m_extendedFormat) {
         SetExtendedFieldWidth();
     } else {
@@ -149,57 +153,33 @@ void XMPSReader::ReadXMPSInput(std::istream*) {
         code = m_cardStatus;
     }
     if (code != kMPSCardNAME) {
-        ProcessFault("MPS File Read Error", "Expected NAME Card", "XMPSReader::ReadMPSStream",
-                     __LINE__);
+        ProcessError("MPS File Read Error", "Expected NAME Card", kLoopRoutine, __LINE__);
     }
     NAMEData();
     ReadSectionLoop();
 }
 
-void XMPSReader::ReadSectionLoop() {
-    for (;;) {
-        const int linesBefore = m_lineCount;
-        const int16_t status = m_cardStatus;
-        switch (status) {
-            case kMPSCardROWS: ROWSData(); break;
-            case kMPSCardCOLUMNS: {
-                XMPSNumericLocale cLocale;
+void XMPSReader::ReadSection(int16_t code) {
+    switch (code) {
+        case kMPSCardROWS: ROWSData(); return;
+        case kMPSCardCOLUMNS:
+        case kMPSCardRHS:
+        case kMPSCardRANGES:
+        case kMPSCardBOUNDS: {
+            XMPSNumericLocale cLocale;
+            if (code == kMPSCardCOLUMNS) {
                 COLUMNSData();
-                break;
+            } else {
+                MPSStdReader::ReadSection(code);
             }
-            case kMPSCardRHS: {
-                XMPSNumericLocale cLocale;
-                RHSData();
-                break;
-            }
-            case kMPSCardRANGES: {
-                XMPSNumericLocale cLocale;
-                RANGESData();
-                break;
-            }
-            case kMPSCardBOUNDS: {
-                XMPSNumericLocale cLocale;
-                BOUNDSData();
-                break;
-            }
-            case kMPSCardSETS: SETSData(); break;
-            case kMPSCardENDATA:
-                ForgetLastCard();
-                CheckMPSStatus();
-                m_model->ProcessFullCollection();
-                return;
-            case kMPSCardEndOfFile:
-                ProcessFault("MPS File Read Error", "Unexpected end of XMPS file - no ENDATA card",
-                             "XMPSReader::ReadMPSStream", __LINE__);
-            default: ProcessExtendedSections(); break;
+            return;
         }
-        // Every handler reads at least one card; one that did not would
-        // make this loop run for ever.
-        if (m_lineCount == linesBefore && m_cardStatus == status) {
-            ProcessFault(kProcessError, "Section handler read no card", "XMPSReader::ReadMPSStream",
-                         __LINE__);
-        }
+        default: MPSStdReader::ReadSection(code); return;
     }
+}
+
+void XMPSReader::SectionReadNoCard(int16_t) {
+    ProcessError(kProcessError, "Section handler read no card", kLoopRoutine, __LINE__);
 }
 
 void XMPSReader::NAMEData() {
@@ -251,10 +231,10 @@ void XMPSReader::ProcessExtendedSections() {
         case kMPSCardData:
         case kXMPSCardFixedXLINEAR:
         case kXMPSCardToken:
-            CardFault("Unexpected Data Card Read in XMPS File - no section header",
+            CardError("Unexpected Data Card Read in XMPS File - no section header",
                       "XMPSReader::ProcessExtendedSections", __LINE__);
         default:
-            CardFault("Unexpected Header Card Read in MPS File", "XMPSReader::ProcessExtendedSections",
+            CardError("Unexpected Header Card Read in MPS File", "XMPSReader::ProcessExtendedSections",
                       __LINE__);
     }
 }
@@ -340,30 +320,6 @@ void XMPSReader::ParseMPSStdDataCardFreeFormat() {
     xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
     xmpstok::LocateFreeFormat(CardMap(), keyed, spans);
     xmpstok::CopyFields(spans, fields);
-}
-
-// ---- Errors ----
-
-namespace {
-
-// A traceback buffer that tells where in the input the read stopped.
-std::ostringstream* InputPosition(int lineCount) {
-    auto* buffer = new std::ostringstream;
-    if (lineCount > 0) *buffer << "XMPS input line " << lineCount << "\n";
-    return buffer;
-}
-
-}  // namespace
-
-void XMPSReader::CardFault(const char* message, const char* routine, int srcLine) const {
-    throw ZEM_Exception(message, m_line, routine, zemsrc::kXmpsUtil, srcLine,
-                        InputPosition(m_lineCount));
-}
-
-void XMPSReader::ProcessFault(const char* category, const char* message, const char* routine,
-                              int srcLine) const {
-    throw ZEM_Exception(category, message, routine, zemsrc::kXmpsUtil, srcLine,
-                        InputPosition(m_lineCount));
 }
 
 void CreateXMPSReaderObject(XMPSReader** out, IZEMDataMgr* model) {

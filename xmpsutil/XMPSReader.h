@@ -213,17 +213,16 @@ protected:
     int m_thirdFieldColumn = 14;
     int m_nameListColumn = 28;
 
-    // Throw ZEM_Exception with the "xmpsutil" source tag: a data error (the
-    // message as name, the current line as reason) or an internal error.
-    [[noreturn]] void CardFault(const char* message, const char* routine, int srcLine) const;
-    [[noreturn]] void ProcessFault(const char* category, const char* message, const char* routine,
-                                   int srcLine) const;
+    // The section loop's step: ROWS, and the numeric sections under the "C"
+    // numeric locale; the rest as the base reader does.
+    void ReadSection(int16_t code) override;
+    [[noreturn]] void SectionReadNoCard(int16_t code) override;
+    void ForgetLastCard() override;
 
 private:
     struct TermTexts;
     void CommonCtor();
     void ReadXMPSInput(std::istream* in);
-    void ReadSectionLoop();
     void ApplyTermCard(const TermTexts& texts, INonLinearModel* nlModel);
     void ApplyTermCards(const TermTexts& texts, INonLinearModel* nlModel, bool byColumns);
     // The variable named by the n characters at name (NUL-terminated).
@@ -264,7 +263,6 @@ private:
     void NotePendingType(ILPEquation* eqn, int index, int16_t type);
     void FoldTypeLog();
     void ApplyPendingTypes();
-    void ForgetLastCard();
 };
 
 // Stores a new reader of `model` (null: the reader makes its own) in *out,

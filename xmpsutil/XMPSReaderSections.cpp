@@ -49,7 +49,7 @@ void XMPSReader::EXTERNMDLSCard() { m_section = kXMPSEXTERNMDLS; }
 ILPVariableList* XMPSReader::FetchVariableList(const char* failText, const char* routine) {
     m_varList = nullptr;
     if (m_model != nullptr) m_model->GetVariableCollectionIntf(&m_varList);
-    if (m_varList == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
+    if (m_varList == nullptr) ProcessError(kProcessError, failText, routine, __LINE__);
     return m_varList;
 }
 
@@ -58,7 +58,7 @@ ILPVariable* XMPSReader::LookupColumnOrSkip(const char* name, const char* invali
     ILPVariable* var = FindVariable(name);
     if (var != nullptr) return var;
     if (m_emptyColumns.count(name) != 0) return nullptr;
-    CardFault(invalidText, routine, __LINE__);
+    CardError(invalidText, routine, __LINE__);
 }
 
 bool XMPSReader::ProcessExtendedINITIALKeySet(const char*, ILPVariable*) { return false; }
@@ -89,17 +89,17 @@ void XMPSReader::INITIALData() {
     while (ReadMPSCard() == kMPSCardData) {
         const char* column = Field(kMPSFieldName2);
         if (column[0] == '\0') {
-            CardFault("MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME",
+            CardError("MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME",
                       kEntryRoutine, __LINE__);
         }
         if (!HasField(kMPSFieldNumber1)) {
-            CardFault("MPS INITIAL Section Error - Incomplete Data Entry - no VALUE", kEntryRoutine,
+            CardError("MPS INITIAL Section Error - Incomplete Data Entry - no VALUE", kEntryRoutine,
                       __LINE__);
         }
         ILPVariable* var = FindVariable(column);
         if (var == nullptr) var = NewVariable(column);
         if (var == nullptr) {
-            ProcessFault(kProcessError, "INITIALData Unable to create new Variable data object",
+            ProcessError(kProcessError, "INITIALData Unable to create new Variable data object",
                          kRoutine, __LINE__);
         }
         const double value = FieldNumber(kMPSFieldNumber1);
@@ -122,7 +122,7 @@ void XMPSReader::INITIALData() {
             var->SetVarStatus(ZEM_STATUS_NONBASIC_LB);
             var->SetVarValue(value);
         } else if (!ProcessExtendedINITIALKeySet(key, var)) {
-            CardFault("MPS INITIAL Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
+            CardError("MPS INITIAL Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
         }
     }
     m_initialRead = true;
@@ -145,12 +145,12 @@ void XMPSReader::TEMPBOUNDSData() {
     while (ReadMPSCard() == kMPSCardData) {
         const char* key = Field(kMPSFieldKey);
         if (key[0] == '\0') {
-            CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine,
+            CardError("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine,
                       __LINE__);
         }
         const char* column = Field(kMPSFieldName2);
         if (column[0] == '\0') {
-            CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
+            CardError("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
                       kRoutine, __LINE__);
         }
         ILPVariable* var =
@@ -159,7 +159,7 @@ void XMPSReader::TEMPBOUNDSData() {
         const bool needsValue =
             KeyIs(key, "LO") || KeyIs(key, "UP") || KeyIs(key, "FX") || KeyIs(key, "LI");
         if (needsValue && !HasField(kMPSFieldNumber1)) {
-            CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
+            CardError("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
         }
         if (KeyIs(key, "LO")) {
             double value = FieldNumber(kMPSFieldNumber1);
@@ -175,7 +175,7 @@ void XMPSReader::TEMPBOUNDSData() {
         } else if (KeyIs(key, "UP") || KeyIs(key, "PL")) {
             // No temporary upper bound to set.
         } else if (!ProcessExtendedBOUNDSKeySet(key, var)) {
-            CardFault("XMPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
+            CardError("XMPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
         }
     }
 }
@@ -187,7 +187,7 @@ void XMPSReader::VARGROUPSData() {
     RequireSection(kXMPSVARGROUPS, "VARGROUPSData method invoked in wrong state", kRoutine);
     FetchVariableList("VARGROUPSData Unable to Retrieve LP Variable data object", kRoutine);
     if (m_zem == nullptr) {
-        ProcessFault(kProcessError, "VARGROUPSData Unable to Retrieve LP Variable data object",
+        ProcessError(kProcessError, "VARGROUPSData Unable to Retrieve LP Variable data object",
                      kRoutine, __LINE__);
     }
     while (ReadMPSCard() == kMPSCardData) {
@@ -195,15 +195,15 @@ void XMPSReader::VARGROUPSData() {
         const char* group = Field(kMPSFieldName1);
         const char* column = Field(kMPSFieldName2);
         if (key[0] == '\0') {
-            CardFault("XMPS VARGROUPS Section Error - Incomplete Data Entry - no KEY", kRoutine,
+            CardError("XMPS VARGROUPS Section Error - Incomplete Data Entry - no KEY", kRoutine,
                       __LINE__);
         }
         if (group[0] == '\0') {
-            CardFault("XMPS VARGROUPS Section Error - Incomplete Data Entry - no GROUP NAME",
+            CardError("XMPS VARGROUPS Section Error - Incomplete Data Entry - no GROUP NAME",
                       kRoutine, __LINE__);
         }
         if (column[0] == '\0') {
-            CardFault("XMPS VARGROUPS Section Error - Incomplete Data Entry - no COLUMN NAME",
+            CardError("XMPS VARGROUPS Section Error - Incomplete Data Entry - no COLUMN NAME",
                       kRoutine, __LINE__);
         }
         ILPVariable* var =
@@ -214,7 +214,7 @@ void XMPSReader::VARGROUPSData() {
         if (collection == nullptr) {
             m_zem->NewNamedVarCollection(group, &collection);
             if (collection == nullptr) {
-                ProcessFault(kProcessError, "VARGROUPSData Unable to create new Variable Collection",
+                ProcessError(kProcessError, "VARGROUPSData Unable to create new Variable Collection",
                              kRoutine, __LINE__);
             }
             // Only a new group takes its direction from the key.
@@ -236,11 +236,11 @@ void XMPSReader::COMPLEMENTData() {
         const char* source = Field(kMPSFieldName1);
         const char* target = Field(kMPSFieldName2);
         if (source[0] == '\0') {
-            CardFault("MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME",
+            CardError("MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME",
                       kRoutine, __LINE__);
         }
         if (target[0] == '\0') {
-            CardFault("MPS COMPLEMENT Section Error - Incomplete Data Entry - no TARGET VARIABLE NAME",
+            CardError("MPS COMPLEMENT Section Error - Incomplete Data Entry - no TARGET VARIABLE NAME",
                       kRoutine, __LINE__);
         }
         ILPVariable* from = LookupColumnOrSkip(source, kInvalid, kRoutine);
@@ -259,7 +259,7 @@ void XMPSReader::XOPTIONData() {
     IZEMOptionTable* table = nullptr;
     if (m_zem != nullptr) m_zem->GetOptionTableIntf(&table);
     if (table == nullptr) {
-        ProcessFault(kProcessError, "XOPTIONData Unable to Retrieve ZEM Option Table data object",
+        ProcessError(kProcessError, "XOPTIONData Unable to Retrieve ZEM Option Table data object",
                      kRoutine, __LINE__);
     }
     while (ReadMPSCard() == kMPSCardData) {
@@ -273,7 +273,7 @@ void XMPSReader::XTNDFMTData() {
     static const char* const kRoutine = "XMPSReader::XTNDFMTData";
     RequireSection(kXMPSXTNDFMT, "XTNDFMTData method invoked in wrong state", kRoutine);
     if (ReadMPSCard() == kMPSCardData) {
-        ProcessFault(kProcessError,
+        ProcessError(kProcessError,
                      "XTNDFMTData data cards entered - no data should accompany this header card",
                      kRoutine, __LINE__);
     }

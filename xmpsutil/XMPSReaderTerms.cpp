@@ -163,7 +163,7 @@ int16_t XMPSReader::ParseXLINEARDataCard() {
 void XMPSReader::RequireSection(int16_t code, const char* wrongStateText,
                                 const char* routine) const {
     if (m_section != code) {
-        ProcessFault("MPS Read/Process Synchronization Error", wrongStateText, routine, __LINE__);
+        ProcessError("MPS Read/Process Synchronization Error", wrongStateText, routine, __LINE__);
     }
 }
 
@@ -179,7 +179,7 @@ void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonL
         m_zem->GetNonLinearModelIntf(nl);
     }
     if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr || *nl == nullptr) {
-        ProcessFault(kProcessError, failText, routine, __LINE__);
+        ProcessError(kProcessError, failText, routine, __LINE__);
     }
     NoteLibraryParts();
 }
@@ -190,21 +190,21 @@ ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, size_t n, const 
     if (m_lastVariable != nullptr && m_lastVariableName.Is(name, n)) return m_lastVariable;
     ILPVariable* var = FindVariable(name);
     if (var == nullptr) var = NewVariable(name);
-    if (var == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
+    if (var == nullptr) ProcessError(kProcessError, failText, routine, __LINE__);
     m_lastVariable = m_lastVariableName.Set(name, n) ? var : nullptr;
     return var;
 }
 
 void XMPSReader::NONLINEARData() {
     if (m_section != kXMPSXLINEAR && m_section != kXMPSNONLINEAR) {
-        ProcessFault("MPS Read/Process Synchronization Error",
+        ProcessError("MPS Read/Process Synchronization Error",
                      "NONLINEARData method invoked in wrong state", "XMPSReader:NONLINEARData",
                      __LINE__);
     }
     XMPSNumericLocale cLocale;
     const bool xlinear = m_section == kXMPSXLINEAR;
     if (ReadMPSCard() != kXMPSCardToken) {
-        ProcessFault(kProcessError,
+        ProcessError(kProcessError,
                      xlinear ? "XLINEAR Data section appears empty - no data card following header"
                              : "NONLINEAR Data section appears empty - no data card following header",
                      kNonLinearRoutine, __LINE__);
@@ -233,12 +233,12 @@ void XMPSReader::NONLINEARData() {
 
 void XMPSReader::XLINEARData() {
     if (m_section != kXMPSXLINEAR) {
-        ProcessFault("MPS Read/Process Synchronization Error",
+        ProcessError("MPS Read/Process Synchronization Error",
                      "XLINEARData method invoked in wrong state", "XMPSReader:XLINEARData", __LINE__);
     }
     XMPSNumericLocale cLocale;
     if (ReadMPSCard() != kXMPSCardToken) {
-        ProcessFault(kProcessError, "XLINEAR Data section appears empty - no data card following header",
+        ProcessError(kProcessError, "XLINEAR Data section appears empty - no data card following header",
                      kXLinearRoutine, __LINE__);
     }
     INonLinearModel* nl = nullptr;
@@ -320,6 +320,7 @@ void XMPSReader::ApplyPendingTypes() {
 }
 
 void XMPSReader::ForgetLastCard() {
+    MPSStdReader::ForgetLastCard();
     m_lastEquation = nullptr;
     m_lastEquationIndex = 0;
     m_lastVariable = nullptr;
@@ -332,24 +333,24 @@ void XMPSReader::ForgetLastCard() {
 
 void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     const char* eqName = Field(kMPSFieldName1);
-    if (eqName[0] == '\0') CardFault(texts.incomplete, texts.routine, __LINE__);
-    if (m_coefficient[0] == '\0') CardFault(texts.noCoefficient, texts.routine, __LINE__);
+    if (eqName[0] == '\0') CardError(texts.incomplete, texts.routine, __LINE__);
+    if (m_coefficient[0] == '\0') CardError(texts.noCoefficient, texts.routine, __LINE__);
 
     // The row type is settled first, so a refused key creates nothing.
     int16_t type = ZEM_EQN_UNKNOWN;
     const bool hasKey = HasField(kMPSFieldKey);
     if (hasKey) {
         GetEquationTypeFromKey(type);
-        if (type == ZEM_EQN_UNKNOWN) CardFault(texts.unknownKey, texts.routine, __LINE__);
+        if (type == ZEM_EQN_UNKNOWN) CardError(texts.unknownKey, texts.routine, __LINE__);
     }
     const int nArgs = ArgumentCount();
     int numbers = 0;
     if (texts.numericInLinear != nullptr) {
         for (int i = 0; i < nArgs; ++i) numbers += xmpstok::IsANumber(Argument(i), ArgumentLength(i)) ? 1 : 0;
     }
-    if (nArgs - numbers == 0) CardFault(texts.noVariables, texts.routine, __LINE__);
+    if (nArgs - numbers == 0) CardError(texts.noVariables, texts.routine, __LINE__);
     if (m_keyword[0] == '\0' && numbers > 0) {
-        CardFault(texts.numericInLinear, texts.routine, __LINE__);
+        CardError(texts.numericInLinear, texts.routine, __LINE__);
     }
 
     ILPEquation* eqn = m_lastEquation;
@@ -358,7 +359,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
         eqn = FindEquation(eqName, eqnIndex);
         if (eqn == nullptr) {
             m_eqnList->CreateNewEquationObject(&eqn);
-            if (eqn == nullptr) ProcessFault(kProcessError, texts.createEquation, texts.routine, __LINE__);
+            if (eqn == nullptr) ProcessError(kProcessError, texts.createEquation, texts.routine, __LINE__);
             eqn->SetName(eqName);
             m_eqnList->AddEquationObject(eqn);
             if (m_eqnImpl != nullptr) eqnIndex = eqn->GetIndex();
@@ -373,7 +374,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
         ILPVariable* var = FindOrCreateVariable(Argument(0), ArgumentLength(0), texts.createVariable, texts.routine);
         ILPNonZero* nz = nullptr;
         m_matrix->CreateNewNonZeroObject(&nz);
-        if (nz == nullptr) ProcessFault(kProcessError, texts.createNonZero, texts.routine, __LINE__);
+        if (nz == nullptr) ProcessError(kProcessError, texts.createNonZero, texts.routine, __LINE__);
         nz->SetEquationPtr(eqn);
         nz->SetVariablePtr(var);
         nz->SetCoefficient(coefficient);
@@ -384,10 +385,10 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     INonLinearity* made = nullptr;
     if (m_keyword[0] == '\0') {
         nl->CreateNonLinearityObject(static_cast<int16_t>(1), &made);
-        if (made == nullptr) ProcessFault(kProcessError, texts.createProduct, texts.routine, __LINE__);
+        if (made == nullptr) ProcessError(kProcessError, texts.createProduct, texts.routine, __LINE__);
     } else {
         nl->CreateNonLinearityObject(m_keyword, &made);
-        if (made == nullptr) CardFault(texts.createKeywordTerm, texts.routine, __LINE__);
+        if (made == nullptr) CardError(texts.createKeywordTerm, texts.routine, __LINE__);
     }
     PendingTerm term(made);
     term->SetEquationPtr(eqn);
