@@ -6,15 +6,7 @@
 #include <new>
 #include <sstream>
 
-#include "lpdata/ILPEquation.h"
-#include "lpdata/ILPEquationList.h"
-#include "lpdata/ILPMatrix.h"
 #include "lpdata/ILPStdDataMgr.h"
-#include "lpdata/ILPVariable.h"
-#include "lpdata/ILPVariableList.h"
-#include "lpdata/LPEquationList.h"
-#include "lpdata/LPMatrix.h"
-#include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
 namespace {
@@ -50,12 +42,9 @@ void MPSStdReader::Destroy() { delete this; }
 
 void MPSStdReader::TakeLPStdDataObject(ILPStdDataMgr** out) {
     if (out != nullptr) *out = m_model;
-    ForgetLastCard();
+    m_sink.Detach();
     m_model = nullptr;
     m_ownsModel = false;
-    m_varList = nullptr;
-    m_eqnList = nullptr;
-    m_matrix = nullptr;
 }
 
 void MPSStdReader::SetExtendedFieldWidth() { SetFieldWidth(128, 13, 2); }
@@ -279,7 +268,7 @@ void MPSStdReader::SectionReadNoCard(int16_t code) {
                  m_loopRoutine, __LINE__);
 }
 
-void MPSStdReader::ForgetLastCard() { m_lastColumn = nullptr; }
+void MPSStdReader::ForgetLastCard() { m_sink.Forget(); }
 
 // ---- Helpers ----
 
@@ -298,46 +287,7 @@ void MPSStdReader::ReadFirstDataCard(const char* emptyMessage, const char* routi
 }
 
 void MPSStdReader::FetchModelParts(const char* message, const char* routine, int srcLine) {
-    m_varList = nullptr;
-    m_eqnList = nullptr;
-    m_matrix = nullptr;
-    if (m_model != nullptr) {
-        m_model->GetVariableCollectionIntf(&m_varList);
-        m_model->GetEquationCollectionIntf(&m_eqnList);
-        m_model->GetMatrixIntf(&m_matrix);
-    }
-    if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr) {
-        ProcessError("MPS Read/Process Error", message, routine, srcLine);
-    }
-    NoteLibraryParts();
-}
-
-void MPSStdReader::NoteLibraryParts() {
-    m_varImpl = dynamic_cast<const LPVariableList*>(m_varList);
-    m_eqnImpl = dynamic_cast<const LPEquationList*>(m_eqnList);
-    m_matrixImpl = dynamic_cast<LPMatrix*>(m_matrix);
-}
-
-ILPEquation* MPSStdReader::FindEquation(const char* name, int& index) {
-    index = 0;
-    return m_eqnImpl != nullptr ? m_eqnImpl->EqnNameLookupIndexed(name, index) : FindEquation(name);
-}
-
-ILPNonZero* MPSStdReader::AddEntry(ILPNonZero* nz, int row) {
-    return m_matrixImpl != nullptr ? m_matrixImpl->AddNonZeroObject(nz, row) : m_matrix->AddNonZeroObject(nz);
-}
-
-ILPEquation* MPSStdReader::FindEquation(const char* name) { return m_eqnList->EqnNameLookup(name); }
-
-ILPVariable* MPSStdReader::FindVariable(const char* name) { return m_varList->VarNameLookup(name); }
-
-ILPVariable* MPSStdReader::NewVariable(const char* name) {
-    ILPVariable* var = nullptr;
-    m_varList->CreateNewVariableObject(&var);
-    if (var == nullptr) return nullptr;
-    var->SetName(name);
-    m_varList->AddVariableObject(var);
-    return var;
+    if (!m_sink.Attach(m_model)) ProcessError("MPS Read/Process Error", message, routine, srcLine);
 }
 
 double MPSStdReader::FieldNumber(int f) const { return MPSParseNumber(m_fields[f]); }

@@ -4,8 +4,6 @@
 // memory. Nothing here changes what is read.
 #include <algorithm>
 
-#include "lpdata/LPEquationList.h"
-#include "lpdata/LPVariableList.h"
 #include "mpsutil/MPSStdReader.h"
 
 bool MPSStdReader::PeekField(const char* line, size_t len, int field, const char*& text,
@@ -28,9 +26,7 @@ void MPSStdReader::PrefetchNextCard(int varField, int eqnField1, int eqnField2) 
     if (!m_lines.Peek(line, len) || len == 0) return;
     const char* text = nullptr;
     size_t n = 0;
-    if (m_varImpl != nullptr && varField >= 0 && PeekField(line, len, varField, text, n))
-        m_varImpl->PrefetchName(text, n);
-    if (m_eqnImpl == nullptr) return;
+    if (varField >= 0 && PeekField(line, len, varField, text, n)) m_sink.PrefetchVariable(text, n);
     for (const int f : {eqnField1, eqnField2})
-        if (f >= 0 && PeekField(line, len, f, text, n)) m_eqnImpl->PrefetchName(text, n);
+        if (f >= 0 && PeekField(line, len, f, text, n)) m_sink.PrefetchEquation(text, n);
 }

@@ -274,8 +274,7 @@ bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*&
         }
         // The variable in hand (the common case: a column's cards together)
         // needs no request.
-        if (field == kMPSFieldName2 && m_lastVariable != nullptr && span.n > 0 &&
-            m_lastVariableName.Is(span.text, span.n))
+        if (field == kMPSFieldName2 && span.n > 0 && m_sink.IsLastVariable(span.text, span.n))
             return false;
     } else {
         const xmpstok::LineMap& map = PeekMap(line, cut);

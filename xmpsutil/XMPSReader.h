@@ -238,13 +238,6 @@ private:
                                     const char* routine);
     ILPVariableList* FetchVariableList(const char* failText, const char* routine);
 
-    // The row and column of the last term card with the names the card gave
-    // them, tried before a lookup.
-    ILPEquation* m_lastEquation = nullptr;
-    int m_lastEquationIndex = 0;  // its index when known without reading it (else 0)
-    ILPVariable* m_lastVariable = nullptr;
-    xmpstok::RecentName m_lastEquationName;
-    xmpstok::RecentName m_lastVariableName;
     // Length of the card's equation name (Field(kMPSFieldName1)).
     size_t m_equationLength = 0;
     // Row types set by the keys of a term section's cards, applied when the

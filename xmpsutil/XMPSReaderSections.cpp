@@ -47,15 +47,13 @@ void XMPSReader::EXTERNMDLSCard() { m_section = kXMPSEXTERNMDLS; }
 // ---- Helpers ----
 
 ILPVariableList* XMPSReader::FetchVariableList(const char* failText, const char* routine) {
-    m_varList = nullptr;
-    if (m_model != nullptr) m_model->GetVariableCollectionIntf(&m_varList);
-    if (m_varList == nullptr) ProcessError(kProcessError, failText, routine, __LINE__);
-    return m_varList;
+    if (!m_sink.AttachVariables(m_model)) ProcessError(kProcessError, failText, routine, __LINE__);
+    return m_sink.Variables();
 }
 
 ILPVariable* XMPSReader::LookupColumnOrSkip(const char* name, const char* invalidText,
                                             const char* routine) {
-    ILPVariable* var = FindVariable(name);
+    ILPVariable* var = m_sink.FindVariable(name);
     if (var != nullptr) return var;
     if (m_emptyColumns.count(name) != 0) return nullptr;
     CardError(invalidText, routine, __LINE__);
@@ -96,8 +94,8 @@ void XMPSReader::INITIALData() {
             CardError("MPS INITIAL Section Error - Incomplete Data Entry - no VALUE", kEntryRoutine,
                       __LINE__);
         }
-        ILPVariable* var = FindVariable(column);
-        if (var == nullptr) var = NewVariable(column);
+        ILPVariable* var = m_sink.FindVariable(column);
+        if (var == nullptr) var = m_sink.NewVariable(column);
         if (var == nullptr) {
             ProcessError(kProcessError, "INITIALData Unable to create new Variable data object",
                          kRoutine, __LINE__);

@@ -168,30 +168,17 @@ void XMPSReader::RequireSection(int16_t code, const char* wrongStateText,
 }
 
 void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonLinearModel** nl) {
-    m_varList = nullptr;
-    m_eqnList = nullptr;
-    m_matrix = nullptr;
     *nl = nullptr;
-    if (m_zem != nullptr) {
-        m_zem->GetVariableCollectionIntf(&m_varList);
-        m_zem->GetEquationCollectionIntf(&m_eqnList);
-        m_zem->GetMatrixIntf(&m_matrix);
-        m_zem->GetNonLinearModelIntf(nl);
-    }
-    if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr || *nl == nullptr) {
+    if (m_zem != nullptr) m_zem->GetNonLinearModelIntf(nl);
+    if (!m_sink.Attach(m_zem) || *nl == nullptr) {
         ProcessError(kProcessError, failText, routine, __LINE__);
     }
-    NoteLibraryParts();
 }
 
 ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, size_t n, const char* failText,
                                               const char* routine) {
-    // Cards of one column usually come together.
-    if (m_lastVariable != nullptr && m_lastVariableName.Is(name, n)) return m_lastVariable;
-    ILPVariable* var = FindVariable(name);
-    if (var == nullptr) var = NewVariable(name);
+    ILPVariable* var = m_sink.FindOrCreateVariable(name, n);
     if (var == nullptr) ProcessError(kProcessError, failText, routine, __LINE__);
-    m_lastVariable = m_lastVariableName.Set(name, n) ? var : nullptr;
     return var;
 }
 
@@ -310,7 +297,7 @@ void XMPSReader::ApplyPendingTypes() {
     for (size_t at = 1; at < m_pendingTypeAt.size(); ++at) {
         if (m_pendingTypeAt[at] == 0) continue;
         ILPEquation* eqn = nullptr;
-        m_eqnList->RetrieveEquationObject(static_cast<int>(at), &eqn);
+        m_sink.Equations()->RetrieveEquationObject(static_cast<int>(at), &eqn);
         if (eqn != nullptr && eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypeAt[at]);
     }
     m_pendingTypeAt.clear();
@@ -321,11 +308,6 @@ void XMPSReader::ApplyPendingTypes() {
 
 void XMPSReader::ForgetLastCard() {
     MPSStdReader::ForgetLastCard();
-    m_lastEquation = nullptr;
-    m_lastEquationIndex = 0;
-    m_lastVariable = nullptr;
-    m_lastEquationName.Clear();
-    m_lastVariableName.Clear();
     m_typeLog.clear();
     m_pendingTypeAt.clear();
     m_pendingTypes.clear();
@@ -353,32 +335,18 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
         CardError(texts.numericInLinear, texts.routine, __LINE__);
     }
 
-    ILPEquation* eqn = m_lastEquation;
-    int eqnIndex = m_lastEquationIndex;  // 0 when not known without a visit
-    if (eqn == nullptr || !m_lastEquationName.Is(eqName, m_equationLength)) {
-        eqn = FindEquation(eqName, eqnIndex);
-        if (eqn == nullptr) {
-            m_eqnList->CreateNewEquationObject(&eqn);
-            if (eqn == nullptr) ProcessError(kProcessError, texts.createEquation, texts.routine, __LINE__);
-            eqn->SetName(eqName);
-            m_eqnList->AddEquationObject(eqn);
-            if (m_eqnImpl != nullptr) eqnIndex = eqn->GetIndex();
-        }
-        m_lastEquation = m_lastEquationName.Set(eqName, m_equationLength) ? eqn : nullptr;
-        m_lastEquationIndex = eqnIndex;
-    }
+    int eqnIndex = 0;  // 0 when not known without a visit
+    ILPEquation* eqn = m_sink.FindOrCreateEquation(eqName, m_equationLength, eqnIndex);
+    if (eqn == nullptr) ProcessError(kProcessError, texts.createEquation, texts.routine, __LINE__);
     if (hasKey) NotePendingType(eqn, eqnIndex, type);
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {
-        ILPVariable* var = FindOrCreateVariable(Argument(0), ArgumentLength(0), texts.createVariable, texts.routine);
-        ILPNonZero* nz = nullptr;
-        m_matrix->CreateNewNonZeroObject(&nz);
-        if (nz == nullptr) ProcessError(kProcessError, texts.createNonZero, texts.routine, __LINE__);
-        nz->SetEquationPtr(eqn);
-        nz->SetVariablePtr(var);
-        nz->SetCoefficient(coefficient);
-        AddEntry(nz, eqnIndex);
+        ILPVariable* var =
+            FindOrCreateVariable(Argument(0), ArgumentLength(0), texts.createVariable, texts.routine);
+        if (!m_sink.AddCoefficient(eqn, eqnIndex, var, coefficient)) {
+            ProcessError(kProcessError, texts.createNonZero, texts.routine, __LINE__);
+        }
         return;
     }
 

@@ -47,30 +47,6 @@ inline void CopyToken(char* dst, const char* src, size_t n) {
     dst[n] = '\0';
 }
 
-// A name remembered with its length, to tell whether a card names the same
-// row or column as the one before.
-class RecentName {
-public:
-    // Keeps the n bytes at s; false, and nothing kept, for a name longer
-    // than kTokenMax.
-    bool Set(const char* s, size_t n) {
-        if (n > static_cast<size_t>(kTokenMax)) {
-            m_n = kNone;
-            return false;
-        }
-        CopyToken(m_text, s, n);
-        m_n = n;
-        return true;
-    }
-    void Clear() { m_n = kNone; }
-    bool Is(const char* s, size_t n) const { return n == m_n && std::memcmp(m_text, s, n) == 0; }
-
-private:
-    static constexpr size_t kNone = ~size_t(0);
-    char m_text[kTokenMax + 1] = {};
-    size_t m_n = kNone;
-};
-
 // The lenient number test of the format: the first character must be a
 // digit or one of "+-."; tokens of one or two such characters are numbers;
 // otherwise the characters from the second up to, not including, the last

@@ -95,19 +95,3 @@ TEST(XMPSFreeFormat, SplitsCardsIntoTheSixFields) {
     EXPECT_EQ(std::strlen(f[1]), 128u);
     EXPECT_STREQ(f[2], "B");
 }
-
-// A remembered name matches only the same bytes at the same length, and a
-// name longer than a token is not kept.
-TEST(XMPSTokenBytes, RecentNameMatchesOnlyTheSameName) {
-    xmpstok::RecentName recent;
-    EXPECT_FALSE(recent.Is("", 0));
-    ASSERT_TRUE(recent.Set("ROW12", 5));
-    EXPECT_TRUE(recent.Is("ROW12 tail", 5));
-    EXPECT_FALSE(recent.Is("ROW13", 5));
-    EXPECT_FALSE(recent.Is("ROW12", 4));
-    // A name longer than a token is not kept.
-    const std::string longName(xmpstok::kTokenMax + 1, 'L');
-    EXPECT_FALSE(recent.Set(longName.data(), longName.size()));
-    EXPECT_FALSE(recent.Is(longName.data(), longName.size()));
-    EXPECT_FALSE(recent.Is("ROW12", 5));
-}
