@@ -42,6 +42,27 @@ enum MPSFieldIndex : int {
     kMPSFieldCount = 6
 };
 
+// Where a field lies in its line: `n` characters at `text` (null: absent).
+// `keyColumns` marks a key taken from columns 1-4 whose blanks are dropped
+// when it is copied.
+struct MPSFieldView {
+    const char* text = nullptr;
+    size_t n = 0;
+    bool keyColumns = false;
+};
+
+// A data card as a value: the fields of one input line, located (not
+// copied) by the rule of the section it was read in. The look-ahead locates
+// the next line once into such a card; when that line becomes the card in
+// hand it is promoted instead of being split again.
+struct MPSCardView {
+    int lineNumber = 0;  // the input line (0: none)
+    const char* line = nullptr;
+    size_t length = 0;   // of the text located
+    int16_t section = 0;
+    MPSFieldView fields[kMPSFieldCount];
+};
+
 // Widths and 0-based start offsets of the six fields.
 struct MPSFieldGeometry {
     int16_t keyWidth = 0;

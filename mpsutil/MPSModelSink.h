@@ -163,7 +163,8 @@ inline bool MPSModelSink::AddCoefficient(ILPEquation* row, int rowIndex, ILPVari
 }
 
 inline void MPSModelSink::PrefetchVariable(const char* name, size_t n) const {
-    if (m_varImpl != nullptr) m_varImpl->PrefetchName(name, n);
+    // The column in hand (a column's cards usually come together) needs none.
+    if (m_varImpl != nullptr && !IsLastVariable(name, n)) m_varImpl->PrefetchName(name, n);
 }
 
 inline void MPSModelSink::PrefetchEquation(const char* name, size_t n) const {

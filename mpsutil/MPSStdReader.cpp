@@ -85,6 +85,7 @@ void MPSStdReader::CloseMPSFile() {
 void MPSStdReader::AttachInput(std::istream* in) {
     m_input = in;
     m_lines.Attach(in);
+    m_next = MPSCardView{};
     m_lineCount = 0;
     m_line = "";
     m_lineLength = 0;

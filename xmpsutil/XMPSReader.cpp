@@ -258,51 +258,24 @@ int16_t XMPSReader::ParseDataCard() {
     return kMPSCardData;
 }
 
-bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*& text,
-                           size_t& n) const {
+void XMPSReader::LocateCard(const char* line, size_t len, MPSCardView& card) {
     const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
-    xmpstok::FieldSpan span;
-    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR) {
-        // The equation as field 1; as field 2 a token where the last card
-        // had its first argument (cards written by a program line up).
-        const int at = m_argColumn;
-        if (field == kMPSFieldName1) {
-            span = PeekMap(line, cut).Next(m_geometry.start[kMPSFieldName1]);
-        } else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::IsBlank(line[at - 1]) &&
-                   !xmpstok::IsBlank(line[at])) {
-            span = PeekMap(line, cut).Next(at);
-        }
-        // The variable in hand (the common case: a column's cards together)
-        // needs no request.
-        if (field == kMPSFieldName2 && span.n > 0 && m_sink.IsLastVariable(span.text, span.n))
-            return false;
-    } else {
-        const xmpstok::LineMap& map = PeekMap(line, cut);
-        if (m_peekFieldsLine != m_peekMapLine || m_peekFieldsKeyed != SectionHasKey()) {
-            // A card's fields are asked for one at a time: locate them once.
-            m_peekFieldsKeyed = SectionHasKey();
-            xmpstok::LocateFreeFormat(map, m_peekFieldsKeyed, m_peekSpans);
-            m_peekFieldsLine = m_peekMapLine;
-        }
-        span = m_peekSpans[field];
+    card.length = static_cast<size_t>(cut);
+    m_nextMap.Build(line, cut);
+    if (m_section != kXMPSXLINEAR && m_section != kXMPSNONLINEAR) {
+        xmpstok::LocateFreeFormat(m_nextMap, SectionHasKey(), card.fields);
+        return;
     }
-    text = span.text;
-    n = span.n;
-    return n > 0;
-}
-
-const xmpstok::LineMap& XMPSReader::PeekMap(const char* line, int len) const {
-    // The line looked ahead at is the one after the line in hand.
-    if (m_peekMapLine != m_lineCount + 1 || line != m_peekMap.Line() || len != m_peekMap.Length()) {
-        m_peekMap.Build(line, len);
-        m_peekMapLine = m_lineCount + 1;
-        m_peekFieldsLine = -1;  // located on the map that is gone
+    for (MPSFieldView& view : card.fields) view = MPSFieldView{};
+    card.fields[kMPSFieldName1] = m_nextMap.Next(m_geometry.start[kMPSFieldName1]);
+    const int at = m_argColumn;
+    if (at > 0 && at < cut && xmpstok::IsBlank(line[at - 1]) && !xmpstok::IsBlank(line[at])) {
+        card.fields[kMPSFieldName2] = m_nextMap.Next(at);
     }
-    return m_peekMap;
 }
 
 const xmpstok::LineMap& XMPSReader::CardMap() {
-    if (CardWasPeeked()) return m_peekMap;
+    if (CardInHandLocated()) return m_nextMap;
     m_map.Build(m_line, m_lineLength);
     return m_map;
 }
@@ -311,13 +284,12 @@ void XMPSReader::ParseMPSStdDataCardFreeFormat() {
     char* const fields[xmpstok::kCardFieldCount] = {
         m_fields[kMPSFieldKey],   m_fields[kMPSFieldName1], m_fields[kMPSFieldName2],
         m_fields[kMPSFieldNumber1], m_fields[kMPSFieldName3], m_fields[kMPSFieldNumber2]};
-    const bool keyed = SectionHasKey();
-    if (CardWasPeeked() && m_peekFieldsLine == m_lineCount && m_peekFieldsKeyed == keyed) {
-        xmpstok::CopyFields(m_peekSpans, fields);
+    if (CardInHandLocated()) {
+        xmpstok::CopyFields(m_next.fields, fields);
         return;
     }
     xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
-    xmpstok::LocateFreeFormat(CardMap(), keyed, spans);
+    xmpstok::LocateFreeFormat(CardMap(), SectionHasKey(), spans);
     xmpstok::CopyFields(spans, fields);
 }
 

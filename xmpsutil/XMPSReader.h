@@ -118,9 +118,10 @@ protected:
     int16_t ExtendedHeaderCardSet() override;
     void ProcessExtendedSections() override;
     void SetFieldWidth(int16_t nameWidth, int16_t numberWidth, int16_t keyWidth) override;
-    // Fields by the free-format rule (none in the token-rule sections).
-    bool PeekField(const char* line, size_t len, int field, const char*& text,
-                   size_t& n) const override;
+    // The free-format fields; in the token-rule sections the equation as
+    // field 1 and, as field 2, the token where the last card had its first
+    // argument (cards written by a program line up).
+    void LocateCard(const char* line, size_t len, MPSCardView& card) override;
 
     // The fixed-column XLINEAR rule: key, equation and coefficient in fixed
     // fields, variable names from the name-list column, each name-width
@@ -174,26 +175,10 @@ protected:
     // (-1: none). Cards written by a program line up, so the look-ahead
     // expects the next card's first argument at the same offset.
     int m_argColumn = -1;
-    // Blank maps of card lines. The look-ahead maps the next line
-    // (m_peekMap, for line number m_peekMapLine) and, in the free-format
-    // sections, locates its fields (m_peekSpans, when m_peekFieldsLine is
-    // that line number, for a section with keys or not as m_peekFieldsKeyed
-    // tells). When the line then becomes the card in hand, at the same place
-    // and length, the card is parsed from these; otherwise it is mapped anew
-    // into m_map.
+    // Blank maps of card lines: m_nextMap of the line the look-ahead located
+    // into m_next, m_map of a card in hand that it did not locate.
     xmpstok::LineMap m_map;
-    mutable xmpstok::LineMap m_peekMap;
-    mutable int m_peekMapLine = -1;
-    mutable int m_peekFieldsLine = -1;
-    mutable bool m_peekFieldsKeyed = false;
-    mutable xmpstok::FieldSpan m_peekSpans[xmpstok::kCardFieldCount];
-    // The map of the line (line, len) looked ahead at, built unless built
-    // already.
-    const xmpstok::LineMap& PeekMap(const char* line, int len) const;
-    // True when the look-ahead mapped the line in hand.
-    bool CardWasPeeked() const {
-        return m_peekMapLine == m_lineCount && m_peekMap.Line() == m_line && m_peekMap.Length() == m_lineLength;
-    }
+    xmpstok::LineMap m_nextMap;
     // The map of the line in hand.
     const xmpstok::LineMap& CardMap();
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }

@@ -34,6 +34,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "mpsutil/MPSFieldParser.h"
+
 namespace xmpstok {
 
 // Longest token kept; token buffers hold kTokenMax + 1 bytes.
@@ -76,11 +78,7 @@ void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const*
 // Where ParseFreeFormat finds each field in the line: a token, or (for the
 // key of a card aligned on the columns, keyColumns set) columns 1-4, whose
 // blanks are dropped. An absent field has a null text.
-struct FieldSpan {
-    const char* text = nullptr;
-    size_t n = 0;
-    bool keyColumns = false;
-};
+using FieldSpan = MPSFieldView;
 // Locates the fields of a line already mapped (XMPSLineMap.h).
 class LineMap;
 void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans);
