@@ -1,6 +1,9 @@
 #include "mpsutil/MPSModelSink.h"
 
+#include <algorithm>
+
 #include "lpdata/ILPStdDataMgr.h"
+#include "lpdata/ZEMTypes.h"
 
 bool MPSModelSink::Attach(ILPStdDataMgr* model) {
     m_varList = nullptr;
@@ -37,6 +40,9 @@ void MPSModelSink::Forget() {
     m_lastVariable = nullptr;
     m_lastEquationName.Clear();
     m_lastVariableName.Clear();
+    m_typeLog.clear();
+    m_pendingTypeAt.clear();
+    m_pendingTypes.clear();
 }
 
 void MPSModelSink::NoteLibraryParts() {
@@ -109,3 +115,46 @@ ILPVariable* MPSModelSink::FindOrCreateVariable(const char* name, size_t n) {
     return var;
 }
 
+void MPSModelSink::DeferRowType(ILPEquation* eqn, int index, int16_t type) {
+    if (index > 0) {
+        constexpr size_t kBatch = 4096;
+        m_typeLog.push_back(static_cast<uint32_t>(index) |
+                            static_cast<uint64_t>(static_cast<uint16_t>(type)) << 32);
+        if (m_typeLog.size() >= kBatch) FoldTypeLog();
+        return;
+    }
+    if (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn ||
+        m_pendingTypes.back().second != type) {
+        m_pendingTypes.emplace_back(eqn, type);
+    }
+}
+
+void MPSModelSink::FoldTypeLog() {
+    for (const uint64_t entry : m_typeLog) {
+        const size_t at = static_cast<uint32_t>(entry);
+        if (at >= m_pendingTypeAt.size()) {
+            m_pendingTypeAt.resize(std::max(at + 1, 2 * m_pendingTypeAt.size()), 0);
+        }
+        if (m_pendingTypeAt[at] != ZEM_EQN_OBJECTIVE)
+            m_pendingTypeAt[at] = static_cast<int16_t>(static_cast<uint16_t>(entry >> 32));
+    }
+    m_typeLog.clear();
+}
+
+// Sets the types that the section's keys gave: a key sets its row's type
+// unless the row is the objective.
+void MPSModelSink::ApplyDeferredRowTypes() {
+    FoldTypeLog();
+    for (size_t at = 1; at < m_pendingTypeAt.size(); ++at) {
+        if (m_pendingTypeAt[at] == 0) continue;
+        ILPEquation* eqn = nullptr;
+        m_eqnList->RetrieveEquationObject(static_cast<int>(at), &eqn);
+        if (eqn != nullptr && eqn->GetType() != ZEM_EQN_OBJECTIVE) {
+            eqn->SetType(m_pendingTypeAt[at]);
+        }
+    }
+    m_pendingTypeAt.clear();
+    for (const auto& [eqn, type] : m_pendingTypes)
+        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(type);
+    m_pendingTypes.clear();
+}

@@ -114,7 +114,7 @@ void MPSStdReader::ResetReadState() {
     m_section = kMPSCardEndOfFile;
     m_cardStatus = kMPSCardEndOfFile;
     m_emptyColumns.clear();
-    ForgetLastCard();
+    m_sink.Forget();
     for (auto& field : m_fields) field[0] = '\0';
 }
 
@@ -236,7 +236,7 @@ void MPSStdReader::ReadSectionLoop() {
         const int linesBefore = m_lineCount;
         const int16_t code = m_cardStatus;
         if (code == kMPSCardENDATA) {
-            ForgetLastCard();  // rows and columns may be dropped now
+            m_sink.Forget();  // rows and columns may be dropped now
             CheckMPSStatus();
             m_model->ProcessFullCollection();
             return;
@@ -268,8 +268,6 @@ void MPSStdReader::SectionReadNoCard(int16_t code) {
     ProcessError("MPS Read/Process Error", "No handler for the section of this header card",
                  m_loopRoutine, __LINE__);
 }
-
-void MPSStdReader::ForgetLastCard() { m_sink.Forget(); }
 
 // ---- Helpers ----
 

@@ -208,9 +208,6 @@ protected:
     virtual void ReadSection(int16_t code);
     // Throws for a section handler that read no card.
     [[noreturn]] virtual void SectionReadNoCard(int16_t code);
-    // Forgets the rows and columns remembered from earlier cards (they may
-    // be removed when the model finishes the read).
-    virtual void ForgetLastCard();
 
     // Look-ahead for the name lookups, which on a large model each cost a
     // cache miss: when the next line is already buffered, it is located once

@@ -49,7 +49,6 @@
 
 #include <cstdint>
 #include <sstream>
-#include <utility>
 #include <vector>
 
 #include "mpsutil/MPSStdReader.h"
@@ -202,7 +201,6 @@ protected:
     // numeric locale; the rest as the base reader does.
     void ReadSection(int16_t code) override;
     [[noreturn]] void SectionReadNoCard(int16_t code) override;
-    void ForgetLastCard() override;
 
 private:
     struct TermTexts;
@@ -225,22 +223,6 @@ private:
 
     // Length of the card's equation name (Field(kMPSFieldName1)).
     size_t m_equationLength = 0;
-    // Row types set by the keys of a term section's cards, applied when the
-    // section ends (ApplyPendingTypes): reading each row's type at its card
-    // would wait on a row object for nearly every card. A key sets the type
-    // unless the row is the objective, so the keys of one row come down to
-    // the first objective key, or else the last key: kept per row index
-    // (0: none) when the lookup gives the index, else in card order. Keys
-    // by index are first logged in card order and folded into the per-row
-    // table in batches: the table is read at random, and a batch lets the
-    // processor wait for many of its rows at once. An entry holds the row
-    // index in its low 32 bits and the type above them.
-    std::vector<uint64_t> m_typeLog;
-    std::vector<int16_t> m_pendingTypeAt;
-    std::vector<std::pair<ILPEquation*, int16_t>> m_pendingTypes;
-    void NotePendingType(ILPEquation* eqn, int index, int16_t type);
-    void FoldTypeLog();
-    void ApplyPendingTypes();
 };
 
 // Stores a new reader of `model` (null: the reader makes its own) in *out,

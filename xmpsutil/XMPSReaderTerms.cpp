@@ -262,55 +262,10 @@ void XMPSReader::ApplyTermCards(const TermTexts& texts, INonLinearModel* nl, boo
             ApplyTermCard(texts, nl);
         } while (ReadMPSCard() == kXMPSCardToken);
     } catch (...) {
-        ApplyPendingTypes();
+        m_sink.ApplyDeferredRowTypes();
         throw;
     }
-    ApplyPendingTypes();
-}
-
-void XMPSReader::NotePendingType(ILPEquation* eqn, int index, int16_t type) {
-    if (index > 0) {
-        constexpr size_t kBatch = 4096;
-        m_typeLog.push_back(static_cast<uint32_t>(index) |
-                            static_cast<uint64_t>(static_cast<uint16_t>(type)) << 32);
-        if (m_typeLog.size() >= kBatch) FoldTypeLog();
-        return;
-    }
-    if (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn || m_pendingTypes.back().second != type)
-        m_pendingTypes.emplace_back(eqn, type);
-}
-
-void XMPSReader::FoldTypeLog() {
-    for (const uint64_t entry : m_typeLog) {
-        const size_t at = static_cast<uint32_t>(entry);
-        if (at >= m_pendingTypeAt.size()) m_pendingTypeAt.resize(std::max(at + 1, 2 * m_pendingTypeAt.size()), 0);
-        if (m_pendingTypeAt[at] != ZEM_EQN_OBJECTIVE)
-            m_pendingTypeAt[at] = static_cast<int16_t>(static_cast<uint16_t>(entry >> 32));
-    }
-    m_typeLog.clear();
-}
-
-// Sets the types that the section's keys gave: a key sets its row's type
-// unless the row is the objective.
-void XMPSReader::ApplyPendingTypes() {
-    FoldTypeLog();
-    for (size_t at = 1; at < m_pendingTypeAt.size(); ++at) {
-        if (m_pendingTypeAt[at] == 0) continue;
-        ILPEquation* eqn = nullptr;
-        m_sink.Equations()->RetrieveEquationObject(static_cast<int>(at), &eqn);
-        if (eqn != nullptr && eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypeAt[at]);
-    }
-    m_pendingTypeAt.clear();
-    for (const auto& [eqn, type] : m_pendingTypes)
-        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(type);
-    m_pendingTypes.clear();
-}
-
-void XMPSReader::ForgetLastCard() {
-    MPSStdReader::ForgetLastCard();
-    m_typeLog.clear();
-    m_pendingTypeAt.clear();
-    m_pendingTypes.clear();
+    m_sink.ApplyDeferredRowTypes();
 }
 
 void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
@@ -338,7 +293,7 @@ void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     int eqnIndex = 0;  // 0 when not known without a visit
     ILPEquation* eqn = m_sink.FindOrCreateEquation(eqName, m_equationLength, eqnIndex);
     if (eqn == nullptr) ProcessError(kProcessError, texts.createEquation, texts.routine, __LINE__);
-    if (hasKey) NotePendingType(eqn, eqnIndex, type);
+    if (hasKey) m_sink.DeferRowType(eqn, eqnIndex, type);
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {
