@@ -57,8 +57,10 @@
 //
 // Derived readers (the extended dialect) override the hooks
 // ExtendedHeaderCardSet, ProcessExtendedSections,
-// ProcessExtendedBOUNDSKeySet, ParseDataCard and SetFieldWidth, and reuse the
-// line and card reading, the field buffers and the geometry.
+// ProcessExtendedBOUNDSKeySet, ParseDataCard and SetFieldWidth, and the
+// section loop's step (ReadSection) and look-ahead rule (LocateCard), and
+// reuse the line and card reading, the field buffers, the geometry, the one
+// throw path (CardError, ProcessError) and the model sink (MPSModelSink.h).
 #pragma once
 
 #include <cstdint>
