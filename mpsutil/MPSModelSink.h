@@ -47,12 +47,14 @@ public:
             m_n = kNone;
             return false;
         }
-        std::memcpy(m_text, s, n);
+        if (n > 0) std::memcpy(m_text, s, n);
         m_n = n;
         return true;
     }
     void Clear() { m_n = kNone; }
-    bool Is(const char* s, size_t n) const { return n == m_n && std::memcmp(m_text, s, n) == 0; }
+    bool Is(const char* s, size_t n) const {
+        return n == m_n && (n == 0 || std::memcmp(m_text, s, n) == 0);
+    }
 
 private:
     static constexpr size_t kNone = ~size_t(0);

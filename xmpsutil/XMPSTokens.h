@@ -43,9 +43,10 @@ constexpr int kTokenMax = 128;
 
 inline bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-// Copies the n bytes of a token from src to dst and terminates dst.
+// Copies the n bytes of a token from src (null when n is 0: an absent
+// field) to dst and terminates dst.
 inline void CopyToken(char* dst, const char* src, size_t n) {
-    std::memcpy(dst, src, n);
+    if (n > 0) std::memcpy(dst, src, n);
     dst[n] = '\0';
 }
 
