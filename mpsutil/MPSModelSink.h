@@ -30,6 +30,7 @@
 #include "lpdata/LPEquationList.h"
 #include "lpdata/LPMatrix.h"
 #include "lpdata/LPVariableList.h"
+#include "mpsutil/MPSFieldParser.h"
 
 class ILPStdDataMgr;
 
@@ -47,18 +48,18 @@ public:
             m_n = kNone;
             return false;
         }
-        if (n > 0) std::memcpy(m_text, s, n);
+        MPSCopyText(m_text, s, n);
         m_n = n;
         return true;
     }
     void Clear() { m_n = kNone; }
     bool Is(const char* s, size_t n) const {
-        return n == m_n && (n == 0 || std::memcmp(m_text, s, n) == 0);
+        return n == m_n && MPSSameBytes(m_text, s, n);
     }
 
 private:
     static constexpr size_t kNone = ~size_t(0);
-    char m_text[kRecentNameMax] = {};
+    char m_text[kRecentNameMax + 1] = {};
     size_t m_n = kNone;
 };
 

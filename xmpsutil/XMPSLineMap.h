@@ -7,9 +7,9 @@
 //   Next(4)  -> "R0000000"     Next(12) -> "0.694012E+03"
 //
 // The line is read eight characters at a time with plain word arithmetic;
-// nothing beyond the line's end is read. (A 128-bit vector variant, with a
-// word-wise token copy, made a whole XMPS read of the benchmark model 3%
-// faster at the median, within the noise of 0.87-1.17, and went.)
+// nothing beyond the line's end is read. (A 128-bit vector variant made a
+// whole XMPS read of the benchmark model about 2% faster, within the noise,
+// and went.)
 #pragma once
 
 #include <cstddef>

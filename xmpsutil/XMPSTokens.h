@@ -43,12 +43,9 @@ constexpr int kTokenMax = 128;
 
 inline bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-// Copies the n bytes of a token from src (null when n is 0: an absent
-// field) to dst and terminates dst.
-inline void CopyToken(char* dst, const char* src, size_t n) {
-    if (n > 0) std::memcpy(dst, src, n);
-    dst[n] = '\0';
-}
+// Copies the n bytes of a token from src to dst and terminates dst
+// (MPSCopyText).
+inline void CopyToken(char* dst, const char* src, size_t n) { MPSCopyText(dst, src, n); }
 
 // The lenient number test of the format: the first character must be a
 // digit or one of "+-."; tokens of one or two such characters are numbers;
