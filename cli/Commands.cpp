@@ -44,17 +44,23 @@ void LoadInput(const ParsedArgs& args, CliModel& model) {
 
 namespace {
 
+// Blanks that pad `text` out to a column `width` wide; one blank when the
+// text fills the column or runs past it, so that it never touches what follows.
+std::string padding(const std::string& text, size_t width) {
+    return std::string(text.size() < width ? width - text.size() : 1, ' ');
+}
+
 void printFormats(std::ostream& os) {
     os << "Input formats (chosen by the file's extension, or with --format NAME; a file\n"
           "ending in .gz is read compressed, as the format of the name before .gz):\n";
     for (const InputFormat& f : InputFormats()) {
-        os << "  " << f.name << std::string(10 - std::string(f.name).size(), ' ') << f.extension
-           << std::string(8 - std::string(f.extension).size(), ' ') << f.description << "\n";
+        os << "  " << f.name << padding(f.name, 10) << f.extension << padding(f.extension, 8)
+           << f.description << "\n";
     }
     os << "Output formats (chosen by the output file's extension):\n";
     for (const OutputFormat& f : OutputFormats()) {
-        os << "  " << f.name << std::string(10 - std::string(f.name).size(), ' ') << f.extension
-           << std::string(8 - std::string(f.extension).size(), ' ') << f.description << "\n";
+        os << "  " << f.name << padding(f.name, 10) << f.extension << padding(f.extension, 8)
+           << f.description << "\n";
     }
 }
 
@@ -72,8 +78,7 @@ void PrintMainHelp(std::ostream& os) {
           "       zem --version    the library's version\n\n"
           "Commands:\n";
     for (const Command& c : Commands()) {
-        os << "  " << c.name << std::string(10 - std::string(c.name).size(), ' ') << c.summary
-           << "\n";
+        os << "  " << c.name << padding(c.name, 10) << c.summary << "\n";
     }
     os << "\n";
     printFormats(os);
@@ -86,8 +91,7 @@ void PrintCommandHelp(const Command& command, std::ostream& os) {
     for (const OptionSpec& o : command.options) {
         std::string left = o.name;
         if (o.valueName != nullptr) left += std::string(" ") + o.valueName;
-        os << "  " << left << std::string(left.size() < 16 ? 16 - left.size() : 1, ' ') << o.help
-           << "\n";
+        os << "  " << left << padding(left, 16) << o.help << "\n";
     }
     os << "  --help          show this help\n\n";
     printFormats(os);

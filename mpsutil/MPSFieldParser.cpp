@@ -7,7 +7,7 @@
 
 namespace {
 
-int16_t clampWidth(int16_t w) {
+int16_t ClampWidth(int16_t w) {
     return static_cast<int16_t>(std::clamp<int>(w, 0, kMPSMaxFieldWidth));
 }
 
@@ -64,9 +64,9 @@ bool ParseSimpleNumber(const char* p, double& value) {
 }  // namespace
 
 void MPSFieldGeometry::Set(int16_t name, int16_t number, int16_t key) {
-    nameWidth = clampWidth(name);
-    numberWidth = clampWidth(number);
-    keyWidth = clampWidth(key);
+    nameWidth = ClampWidth(name);
+    numberWidth = ClampWidth(number);
+    keyWidth = ClampWidth(key);
     start[kMPSFieldKey] = 1;
     start[kMPSFieldName1] = keyWidth + 2;
     start[kMPSFieldName2] = start[kMPSFieldName1] + nameWidth + 2;

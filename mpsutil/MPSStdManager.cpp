@@ -17,24 +17,26 @@ struct DestroyWriter {
     void operator()(MPSStdWriter* w) const { w->Destroy(); }
 };
 
-[[noreturn]] void Refuse(const char* category, const char* message, const char* routine, int line) {
-    throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, line);
-}
-
 using ReaderPtr = std::unique_ptr<MPSStdReader, DestroyReader>;
 using WriterPtr = std::unique_ptr<MPSStdWriter, DestroyWriter>;
 
 ReaderPtr MakeReader(ILPStdDataMgr* model, const char* routine) {
     MPSStdReader* raw = nullptr;
     CreateMPSStdReaderObject(&raw, model);
-    if (raw == nullptr) Refuse("MPS Read Error", "Could not allocate the MPS reader object", routine, __LINE__);
+    if (raw == nullptr) {
+        ZEM_RAISE(zemsrc::kMpsUtil, "MPS Read Error", "Could not allocate the MPS reader object",
+                  routine);
+    }
     return ReaderPtr(raw);
 }
 
 WriterPtr MakeWriter(ILPStdDataMgr* model, const char* routine) {
     MPSStdWriter* raw = nullptr;
     CreateMPSStdWriterObject(&raw, model);
-    if (raw == nullptr) Refuse("MPS Write Error", "Could not allocate the MPS writer object", routine, __LINE__);
+    if (raw == nullptr) {
+        ZEM_RAISE(zemsrc::kMpsUtil, "MPS Write Error", "Could not allocate the MPS writer object",
+                  routine);
+    }
     return WriterPtr(raw);
 }
 
@@ -57,7 +59,10 @@ void MPSStdManager::SetLPDataMgr(ILPStdDataMgr* model) { m_model = model; }
 
 void MPSStdManager::ReadMPSFile() {
     static const char* const kRoutine = "MPSStdManager::ReadMPSFile";
-    if (m_fileSpec.empty()) Refuse("MPS Read Error", "No MPS file specification provided", kRoutine, __LINE__);
+    if (m_fileSpec.empty()) {
+        ZEM_RAISE(zemsrc::kMpsUtil, "MPS Read Error", "No MPS file specification provided",
+                  kRoutine);
+    }
     ReaderPtr reader = MakeReader(m_model, kRoutine);
     RunWrapped(
         [&] {
@@ -69,7 +74,9 @@ void MPSStdManager::ReadMPSFile() {
 
 void MPSStdManager::ReadMPSStream(std::stringstream* ss) {
     static const char* const kRoutine = "MPSStdManager::ReadMPSStream";
-    if (ss == nullptr) Refuse("MPS Read Error", "No stream provided", kRoutine, __LINE__);
+    if (ss == nullptr) {
+        ZEM_RAISE(zemsrc::kMpsUtil, "MPS Read Error", "No stream provided", kRoutine);
+    }
     ReaderPtr reader = MakeReader(m_model, kRoutine);
     RunWrapped(
         [&] {
@@ -81,7 +88,10 @@ void MPSStdManager::ReadMPSStream(std::stringstream* ss) {
 
 void MPSStdManager::WriteMPSFile() {
     static const char* const kRoutine = "MPSStdManager::WriteMPSFile";
-    if (m_fileSpec.empty()) Refuse("MPS Write Error", "No MPS file specification provided", kRoutine, __LINE__);
+    if (m_fileSpec.empty()) {
+        ZEM_RAISE(zemsrc::kMpsUtil, "MPS Write Error", "No MPS file specification provided",
+                  kRoutine);
+    }
     WriterPtr writer = MakeWriter(m_model, kRoutine);
     RunWrapped([&] { writer->WriteMPSFile(m_fileSpec.c_str()); }, "Write of MPS Failed",
                "Write of MPS Unknown Exception", kRoutine);
@@ -89,7 +99,9 @@ void MPSStdManager::WriteMPSFile() {
 
 void MPSStdManager::WriteMPSStream(std::stringstream* ss) {
     static const char* const kRoutine = "MPSStdManager::WriteMPSStream";
-    if (ss == nullptr) Refuse("MPS Write Error", "No stream provided", kRoutine, __LINE__);
+    if (ss == nullptr) {
+        ZEM_RAISE(zemsrc::kMpsUtil, "MPS Write Error", "No stream provided", kRoutine);
+    }
     WriterPtr writer = MakeWriter(m_model, kRoutine);
     RunWrapped([&] { writer->WriteMPSToStream(*ss); }, "Write of MPS Stream Failed",
                "Write of MPS Stream Unknown Exception", kRoutine);

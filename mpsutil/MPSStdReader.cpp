@@ -6,15 +6,7 @@
 #include <new>
 #include <sstream>
 
-#include "lpdata/ILPEquation.h"
-#include "lpdata/ILPEquationList.h"
-#include "lpdata/ILPMatrix.h"
 #include "lpdata/ILPStdDataMgr.h"
-#include "lpdata/ILPVariable.h"
-#include "lpdata/ILPVariableList.h"
-#include "lpdata/LPEquationList.h"
-#include "lpdata/LPMatrix.h"
-#include "lpdata/LPVariableList.h"
 #include "lpdata/ZEMException.h"
 
 namespace {
@@ -36,10 +28,11 @@ constexpr HeaderKeyword kHeaders[] = {
 
 }  // namespace
 
-MPSStdReader::MPSStdReader(bool extendedWidths) : m_extendedWidths(extendedWidths) {}
+MPSStdReader::MPSStdReader(bool extendedWidths)
+    : m_extendedWidths(extendedWidths), m_sourceTag(zemsrc::kMpsUtil) {}
 
 MPSStdReader::MPSStdReader(ILPStdDataMgr* model, bool extendedWidths)
-    : m_extendedWidths(extendedWidths), m_model(model) {}
+    : m_extendedWidths(extendedWidths), m_model(model), m_sourceTag(zemsrc::kMpsUtil) {}
 
 MPSStdReader::~MPSStdReader() {
     if (m_ownsModel && m_model != nullptr) m_model->Destroy();
@@ -49,12 +42,9 @@ void MPSStdReader::Destroy() { delete this; }
 
 void MPSStdReader::TakeLPStdDataObject(ILPStdDataMgr** out) {
     if (out != nullptr) *out = m_model;
-    m_lastColumn = nullptr;
+    m_sink.Detach();
     m_model = nullptr;
     m_ownsModel = false;
-    m_varList = nullptr;
-    m_eqnList = nullptr;
-    m_matrix = nullptr;
 }
 
 void MPSStdReader::SetExtendedFieldWidth() { SetFieldWidth(128, 13, 2); }
@@ -95,6 +85,7 @@ void MPSStdReader::CloseMPSFile() {
 void MPSStdReader::AttachInput(std::istream* in) {
     m_input = in;
     m_lines.Attach(in);
+    m_next = MPSCardView{};
     m_lineCount = 0;
     m_line = "";
     m_lineLength = 0;
@@ -123,7 +114,7 @@ void MPSStdReader::ResetReadState() {
     m_section = kMPSCardEndOfFile;
     m_cardStatus = kMPSCardEndOfFile;
     m_emptyColumns.clear();
-    m_lastColumn = nullptr;
+    m_sink.Forget();
     for (auto& field : m_fields) field[0] = '\0';
 }
 
@@ -237,40 +228,45 @@ void MPSStdReader::ReadModel() {
         ProcessError("MPS File Read Error", "Expected COLUMNS Card", kReadFile, __LINE__);
     }
     COLUMNSData();
-    ReadSections();
+    ReadSectionLoop();
 }
 
-void MPSStdReader::ReadSections() {
+void MPSStdReader::ReadSectionLoop() {
     for (;;) {
-        switch (m_section) {
-            case kMPSCardRHS: RHSData(); break;
-            case kMPSCardRANGES: RANGESData(); break;
-            case kMPSCardBOUNDS: BOUNDSData(); break;
-            case kMPSCardSETS: SETSData(); break;
-            case kMPSCardENDATA:
-                CheckMPSStatus();
-                m_lastColumn = nullptr;  // rows and columns may be dropped now
-                m_model->ProcessFullCollection();
-                return;
-            case kMPSCardEndOfFile:
-                ProcessError("MPS File Read Error", "Unexpected end of MPS file - no ENDATA card",
-                             kReadFile, __LINE__);
-            default: {
-                // A section of a derived reader. One that reads nothing and
-                // leaves the state as it was would loop for ever: refuse it.
-                const int linesBefore = m_lineCount;
-                const int16_t section = m_section;
-                ProcessExtendedSections();
-                if (m_lineCount != linesBefore || m_section != section) break;
-                if (section == kMPSCardNAME || section == kMPSCardROWS ||
-                    section == kMPSCardCOLUMNS) {
-                    CardError("Unexpected Header Card Read in MPS File", kReadFile, __LINE__);
-                }
-                ProcessError("MPS Read/Process Error", "No handler for the section of this header card",
-                             kReadFile, __LINE__);
-            }
+        const int linesBefore = m_lineCount;
+        const int16_t code = m_cardStatus;
+        if (code == kMPSCardENDATA) {
+            m_sink.Forget();  // rows and columns may be dropped now
+            CheckMPSStatus();
+            m_model->ProcessFullCollection();
+            return;
         }
+        if (code == kMPSCardEndOfFile) {
+            ProcessError("MPS File Read Error", m_noEndataMessage, m_loopRoutine, __LINE__);
+        }
+        ReadSection(code);
+        if (m_lineCount == linesBefore && m_cardStatus == code) SectionReadNoCard(code);
     }
+}
+
+void MPSStdReader::ReadSection(int16_t code) {
+    switch (code) {
+        case kMPSCardRHS: RHSData(); break;
+        case kMPSCardRANGES: RANGESData(); break;
+        case kMPSCardBOUNDS: BOUNDSData(); break;
+        case kMPSCardSETS: SETSData(); break;
+        default: ProcessExtendedSections(); break;
+    }
+}
+
+void MPSStdReader::SectionReadNoCard(int16_t code) {
+    // A header of the file's first part again, or a section of a derived
+    // reader that read nothing.
+    if (code == kMPSCardNAME || code == kMPSCardROWS || code == kMPSCardCOLUMNS) {
+        CardError("Unexpected Header Card Read in MPS File", m_loopRoutine, __LINE__);
+    }
+    ProcessError("MPS Read/Process Error", "No handler for the section of this header card",
+                 m_loopRoutine, __LINE__);
 }
 
 // ---- Helpers ----
@@ -290,70 +286,39 @@ void MPSStdReader::ReadFirstDataCard(const char* emptyMessage, const char* routi
 }
 
 void MPSStdReader::FetchModelParts(const char* message, const char* routine, int srcLine) {
-    m_varList = nullptr;
-    m_eqnList = nullptr;
-    m_matrix = nullptr;
-    if (m_model != nullptr) {
-        m_model->GetVariableCollectionIntf(&m_varList);
-        m_model->GetEquationCollectionIntf(&m_eqnList);
-        m_model->GetMatrixIntf(&m_matrix);
-    }
-    if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr) {
-        ProcessError("MPS Read/Process Error", message, routine, srcLine);
-    }
-    NoteLibraryParts();
-}
-
-void MPSStdReader::NoteLibraryParts() {
-    m_varImpl = dynamic_cast<const LPVariableList*>(m_varList);
-    m_eqnImpl = dynamic_cast<const LPEquationList*>(m_eqnList);
-    m_matrixImpl = dynamic_cast<LPMatrix*>(m_matrix);
-}
-
-ILPEquation* MPSStdReader::FindEquation(const char* name, int& index) {
-    index = 0;
-    return m_eqnImpl != nullptr ? m_eqnImpl->EqnNameLookupIndexed(name, index) : FindEquation(name);
-}
-
-ILPNonZero* MPSStdReader::AddEntry(ILPNonZero* nz, int row) {
-    return m_matrixImpl != nullptr ? m_matrixImpl->AddNonZeroObject(nz, row) : m_matrix->AddNonZeroObject(nz);
-}
-
-ILPEquation* MPSStdReader::FindEquation(const char* name) { return m_eqnList->EqnNameLookup(name); }
-
-ILPVariable* MPSStdReader::FindVariable(const char* name) { return m_varList->VarNameLookup(name); }
-
-ILPVariable* MPSStdReader::NewVariable(const char* name) {
-    ILPVariable* var = nullptr;
-    m_varList->CreateNewVariableObject(&var);
-    if (var == nullptr) return nullptr;
-    var->SetName(name);
-    m_varList->AddVariableObject(var);
-    return var;
+    if (!m_sink.Attach(m_model)) ProcessError("MPS Read/Process Error", message, routine, srcLine);
 }
 
 double MPSStdReader::FieldNumber(int f) const { return MPSParseNumber(m_fields[f]); }
 
+void MPSStdReader::SetReaderLabels(const char* sourceTag, const char* inputLabel,
+                                   const char* loopRoutine, const char* noEndataMessage) {
+    m_sourceTag = sourceTag;
+    m_inputLabel = inputLabel;
+    m_loopRoutine = loopRoutine;
+    m_noEndataMessage = noEndataMessage;
+}
+
 namespace {
 
 // A traceback buffer that tells where in the input the read stopped.
-std::ostringstream* InputPosition(int lineCount) {
+std::ostringstream* InputPosition(const char* label, int lineCount) {
     auto* buffer = new std::ostringstream;
-    if (lineCount > 0) *buffer << "MPS input line " << lineCount << "\n";
+    if (lineCount > 0) *buffer << label << lineCount << "\n";
     return buffer;
 }
 
 }  // namespace
 
 void MPSStdReader::CardError(const char* message, const char* routine, int srcLine) const {
-    throw ZEM_Exception(message, m_line, routine, zemsrc::kMpsUtil, srcLine,
-                        InputPosition(m_lineCount));
+    throw ZEM_Exception(message, m_line, routine, m_sourceTag, srcLine,
+                        InputPosition(m_inputLabel, m_lineCount));
 }
 
 void MPSStdReader::ProcessError(const char* category, const char* message, const char* routine,
                                 int srcLine) const {
-    throw ZEM_Exception(category, message, routine, zemsrc::kMpsUtil, srcLine,
-                        InputPosition(m_lineCount));
+    throw ZEM_Exception(category, message, routine, m_sourceTag, srcLine,
+                        InputPosition(m_inputLabel, m_lineCount));
 }
 
 void CreateMPSStdReaderObject(MPSStdReader** out, ILPStdDataMgr* model) {

@@ -14,11 +14,9 @@
 #include "lpdata/ZEMTypes.h"
 #include "mpsutil/MPSStdReader.h"
 
-#define MPS_CARD_ERROR(message, routine) CardError((message), (routine), __LINE__)
-#define MPS_PROCESS_ERROR(message, routine) \
-    ProcessError("MPS Read/Process Error", (message), (routine), __LINE__)
-
 namespace {
+
+constexpr const char* kProcessError = "MPS Read/Process Error";
 
 // Bound keys of the BOUNDS section and whether they need a value.
 enum BoundKey { kLO, kUP, kSB, kFX, kFR, kMI, kPL, kBV, kLI, kUI, kSC, kBoundKeyCount };
@@ -80,23 +78,23 @@ void MPSStdReader::ROWSData() {
     do {
         PrefetchNextCard(-1, kMPSFieldName1);
         const char* name = Field(kMPSFieldName1);
-        if (name[0] == '\0') MPS_CARD_ERROR("MPS ROWS Section Error - Incomplete Data Entry", kRoutine);
-        if (FindEquation(name) != nullptr) {
-            MPS_CARD_ERROR("MPS ROWS Section Error - Row Name Already Used", kRoutine);
+        if (name[0] == '\0') {
+            CardError("MPS ROWS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
+        }
+        if (m_sink.FindEquation(name) != nullptr) {
+            CardError("MPS ROWS Section Error - Row Name Already Used", kRoutine, __LINE__);
         }
         // The type is settled before the row is made, so a refused key
         // leaves nothing behind.
         int16_t type = ZEM_EQN_UNKNOWN;
         GetEquationTypeFromKey(type);
         if (type == ZEM_EQN_UNKNOWN) {
-            MPS_CARD_ERROR("MPS ROWS Section Error - Unknown Row Type Key Found", kRoutine);
+            CardError("MPS ROWS Section Error - Unknown Row Type Key Found", kRoutine, __LINE__);
         }
-        ILPEquation* eqn = nullptr;
-        m_eqnList->CreateNewEquationObject(&eqn);
-        if (eqn == nullptr) MPS_PROCESS_ERROR("ROWSData Unable to create new Equation data object", kRoutine);
-        eqn->SetName(name);
-        eqn->SetType(type);
-        m_eqnList->AddEquationObject(eqn);
+        if (m_sink.NewEquation(name, type) == nullptr) {
+            ProcessError(kProcessError, "ROWSData Unable to create new Equation data object",
+                         kRoutine, __LINE__);
+        }
     } while (ReadMPSCard() == kMPSCardData);
 }
 
@@ -107,29 +105,28 @@ void MPSStdReader::COLUMNSData() {
     ReadFirstDataCard("COLUMNSData section appears empty - no data card following header", kRoutine,
                       __LINE__);
     FetchModelParts("COLUMNSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
-    m_lastColumn = nullptr;
+    m_sink.Forget();
     do {
         PrefetchNextCard(kMPSFieldName1, kMPSFieldName2, kMPSFieldName3);
         const char* column = Field(kMPSFieldName1);
-        if (column[0] == '\0') MPS_CARD_ERROR(kIncomplete, kRoutine);
+        if (column[0] == '\0') CardError(kIncomplete, kRoutine, __LINE__);
         const bool pair1 = HasField(kMPSFieldName2);
         const bool pair2 = HasField(kMPSFieldName3);
         if ((pair1 && !HasField(kMPSFieldNumber1)) || (pair2 && !HasField(kMPSFieldNumber2))) {
-            MPS_CARD_ERROR(kIncomplete, kRoutine);
+            CardError(kIncomplete, kRoutine, __LINE__);
         }
-        ILPVariable* var = m_lastColumn;
-        if (var == nullptr || std::strcmp(var->GetName(), column) != 0) var = FindVariable(column);
+        ILPVariable* var = m_sink.FindColumn(column);
         if (var == nullptr) {
             if (!pair1 && !pair2) {
                 m_emptyColumns.insert(column);
                 continue;
             }
-            var = NewVariable(column);
+            var = m_sink.NewColumn(column);
             if (var == nullptr) {
-                MPS_PROCESS_ERROR("COLUMNSData Unable to create new Variable data object", kRoutine);
+                ProcessError(kProcessError, "COLUMNSData Unable to create new Variable data object",
+                             kRoutine, __LINE__);
             }
         }
-        m_lastColumn = var;
         if (pair1) AddColumnEntry(kMPSFieldName2, kMPSFieldNumber1, var);
         if (pair2) AddColumnEntry(kMPSFieldName3, kMPSFieldNumber2, var);
     } while (ReadMPSCard() == kMPSCardData);
@@ -138,15 +135,13 @@ void MPSStdReader::COLUMNSData() {
 void MPSStdReader::AddColumnEntry(int rowField, int valueField, ILPVariable* var) {
     static const char* const kRoutine = "MPSStdReader::COLUMNSData";
     int index = 0;
-    ILPEquation* row = FindEquation(Field(rowField), index);
-    if (row == nullptr) MPS_CARD_ERROR("MPS COLUMNS Section Error - Invalid Row Name", kRoutine);
-    ILPNonZero* nz = nullptr;
-    m_matrix->CreateNewNonZeroObject(&nz);
-    if (nz == nullptr) MPS_PROCESS_ERROR("COLUMNSData Unable to create new NonZero data object", kRoutine);
-    nz->SetEquationPtr(row);
-    nz->SetVariablePtr(var);
-    nz->SetCoefficient(FieldNumber(valueField));
-    AddEntry(nz, index);
+    ILPEquation* row = m_sink.FindEquation(Field(rowField), index);
+    if (row == nullptr)
+        CardError("MPS COLUMNS Section Error - Invalid Row Name", kRoutine, __LINE__);
+    if (!m_sink.AddCoefficient(row, index, var, FieldNumber(valueField))) {
+        ProcessError(kProcessError, "COLUMNSData Unable to create new NonZero data object",
+                     kRoutine, __LINE__);
+    }
 }
 
 void MPSStdReader::RHSData() {
@@ -156,21 +151,21 @@ void MPSStdReader::RHSData() {
     FetchModelParts("RHSData Unable to Retrieve an LP data object", kRoutine, __LINE__);
     while (ReadMPSCard() == kMPSCardData) {
         PrefetchNextCard(-1, kMPSFieldName2, kMPSFieldName3);
-        if (!HasField(kMPSFieldName1)) MPS_CARD_ERROR(kIncomplete, kRoutine);
+        if (!HasField(kMPSFieldName1)) CardError(kIncomplete, kRoutine, __LINE__);
         // First pair: a row that does not exist is passed over.
         if (HasField(kMPSFieldName2)) {
-            if (!HasField(kMPSFieldNumber1)) MPS_CARD_ERROR(kIncomplete, kRoutine);
-            if (ILPEquation* row = FindEquation(Field(kMPSFieldName2))) {
+            if (!HasField(kMPSFieldNumber1)) CardError(kIncomplete, kRoutine, __LINE__);
+            if (ILPEquation* row = m_sink.FindEquation(Field(kMPSFieldName2))) {
                 row->SetRHS(FieldNumber(kMPSFieldNumber1));
             }
         }
         // Second pair: a row that does not exist is an error unless ignored.
         if (HasField(kMPSFieldName3)) {
-            if (!HasField(kMPSFieldNumber2)) MPS_CARD_ERROR(kIncomplete, kRoutine);
-            if (ILPEquation* row = FindEquation(Field(kMPSFieldName3))) {
+            if (!HasField(kMPSFieldNumber2)) CardError(kIncomplete, kRoutine, __LINE__);
+            if (ILPEquation* row = m_sink.FindEquation(Field(kMPSFieldName3))) {
                 row->SetRHS(FieldNumber(kMPSFieldNumber2));
             } else if (m_ignoredRows.count(Field(kMPSFieldName3)) == 0) {
-                MPS_CARD_ERROR("MPS RHS Section Error - Invalid Row Name", kRoutine);
+                CardError("MPS RHS Section Error - Invalid Row Name", kRoutine, __LINE__);
             }
         }
     }
@@ -186,12 +181,12 @@ void MPSStdReader::RANGESData() {
         for (const auto& pair : pairs) {
             if (!HasField(pair[0])) continue;
             if (!HasField(pair[1])) {
-                MPS_CARD_ERROR("MPS RANGES Section Error - Incomplete Data Entry", kRoutine);
+                CardError("MPS RANGES Section Error - Incomplete Data Entry", kRoutine, __LINE__);
             }
-            ILPEquation* row = FindEquation(Field(pair[0]));
+            ILPEquation* row = m_sink.FindEquation(Field(pair[0]));
             if (row == nullptr) {
                 if (m_ignoredRows.count(Field(pair[0])) != 0) continue;
-                MPS_CARD_ERROR("MPS RANGES Section Error - Invalid Row Name", kRoutine);
+                CardError("MPS RANGES Section Error - Invalid Row Name", kRoutine, __LINE__);
             }
             const double range = FieldNumber(pair[1]);
             if (range == 0.0) row->SetType(ZEM_EQN_EQ);
@@ -207,21 +202,23 @@ void MPSStdReader::BOUNDSData() {
     while (ReadMPSCard() == kMPSCardData) {
         PrefetchNextCard(kMPSFieldName2, -1);
         if (!HasField(kMPSFieldKey)) {
-            MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine);
+            CardError("MPS BOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine,
+                      __LINE__);
         }
         const char* column = Field(kMPSFieldName2);
         if (column[0] == '\0') {
-            MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
-                           kRoutine);
+            CardError("MPS BOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
+                           kRoutine, __LINE__);
         }
-        ILPVariable* var = FindVariable(column);
+        ILPVariable* var = m_sink.FindVariable(column);
         if (var == nullptr) {
             if (m_emptyColumns.count(column) != 0) continue;
-            var = NewVariable(column);
+            var = m_sink.NewVariable(column);
             // The wording is shared with the extended reader.
             if (var == nullptr) {
-                MPS_PROCESS_ERROR("NONLINEARData Unable to create new Variable data object",
-                                  "XMPSReader::NONLINEARData");
+                ProcessError(kProcessError,
+                             "NONLINEARData Unable to create new Variable data object",
+                             "XMPSReader::NONLINEARData", __LINE__);
             }
         }
         ApplyBound(var);
@@ -235,12 +232,13 @@ void MPSStdReader::ApplyBound(ILPVariable* var) {
     while (which < kBoundKeyCount && std::strcmp(key, kBoundKeys[which].key) != 0) ++which;
     if (which == kBoundKeyCount) {
         if (!ProcessExtendedBOUNDSKeySet(key, var)) {
-            MPS_CARD_ERROR("MPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine);
+            CardError("MPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine,
+                      __LINE__);
         }
         return;
     }
     if (kBoundKeys[which].needsValue && !HasField(kMPSFieldNumber1)) {
-        MPS_CARD_ERROR("MPS BOUNDS Section Error - Incomplete Data Entry", kRoutine);
+        CardError("MPS BOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
     }
     const double v = kBoundKeys[which].needsValue ? FieldNumber(kMPSFieldNumber1) : 0.0;
     switch (which) {
@@ -297,11 +295,12 @@ void MPSStdReader::SETSData() {
     CheckSection(kMPSCardSETS, "SETSData method invoked in wrong state", kRoutine, __LINE__);
     ILPSpOrdSetList* sets = nullptr;
     m_model->GetSpOrdSetCollectionIntf(&sets);
-    if (sets == nullptr) MPS_PROCESS_ERROR("SETSData Unable to Retrieve LP SOS data object", kRoutine);
-    m_varList = nullptr;
-    m_model->GetVariableCollectionIntf(&m_varList);
-    if (m_varList == nullptr) {
-        MPS_PROCESS_ERROR("SETSData Unable to Retrieve LP Variable data object", kRoutine);
+    if (sets == nullptr)
+        ProcessError(kProcessError, "SETSData Unable to Retrieve LP SOS data object", kRoutine,
+                     __LINE__);
+    if (!m_sink.AttachVariables(m_model)) {
+        ProcessError(kProcessError, "SETSData Unable to Retrieve LP Variable data object", kRoutine,
+                     __LINE__);
     }
     while (ReadMPSCard() == kMPSCardData) {
         const char* key = Field(kMPSFieldKey);
@@ -309,13 +308,17 @@ void MPSStdReader::SETSData() {
         for (size_t i = 0; i < sizeof kSetKeys / sizeof kSetKeys[0]; ++i) {
             if (std::strcmp(key, kSetKeys[i]) == 0) type = static_cast<int16_t>(i + 1);
         }
-        if (type == 0) MPS_CARD_ERROR("MPS SETS Section Error - Unrecognized SOS Type Key", kRoutine);
+        if (type == 0)
+            CardError("MPS SETS Section Error - Unrecognized SOS Type Key", kRoutine, __LINE__);
         const char* name = Field(kMPSFieldName1);
-        if (name[0] == '\0') MPS_CARD_ERROR("MPS SETS Section Error - Incomplete Data Entry", kRoutine);
+        if (name[0] == '\0')
+            CardError("MPS SETS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
         ILPSpOrdSet* set = sets->SOSNameLookup(name);
         if (set == nullptr) {
             sets->CreateNewSpOrdSetObject(&set);
-            if (set == nullptr) MPS_PROCESS_ERROR("SETSData Unable to Retrieve LP SOS data object", kRoutine);
+            if (set == nullptr)
+                ProcessError(kProcessError, "SETSData Unable to Retrieve LP SOS data object",
+                             kRoutine, __LINE__);
             set->SetName(name);
             set->SetType(type);
             sets->AddSpOrdSetObject(set);
@@ -323,8 +326,9 @@ void MPSStdReader::SETSData() {
         // Member weights (fields 4 and 6) have no place in the set.
         for (int field : {kMPSFieldName2, kMPSFieldName3}) {
             if (!HasField(field)) continue;
-            ILPVariable* var = FindVariable(Field(field));
-            if (var == nullptr) MPS_CARD_ERROR("MPS SETS Section Error - Invalid Column Name", kRoutine);
+            ILPVariable* var = m_sink.FindVariable(Field(field));
+            if (var == nullptr)
+                CardError("MPS SETS Section Error - Invalid Column Name", kRoutine, __LINE__);
             set->AddVariableObject(var);
         }
     }

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr const char* kProcessError = "MPS Read/Process Error";
+constexpr const char* kLoopRoutine = "XMPSReader::ReadMPSStream";
 // Returned for a first line that is no header at all, so that the read
 // fails with "Expected NAME Card" rather than as an unknown header.
 constexpr int16_t kUnknownFirstCard = 199;
@@ -46,7 +47,11 @@ XMPSReader::XMPSReader(IZEMDataMgr* model, bool extendedFormat)
     CommonCtor();
 }
 
-void XMPSReader::CommonCtor() { SetFieldWidth(8, 12, 2); }
+void XMPSReader::CommonCtor() {
+    SetFieldWidth(8, 12, 2);
+    SetReaderLabels(zemsrc::kXmpsUtil, "XMPS input line ", kLoopRoutine,
+                    "Unexpected end of XMPS file - no ENDATA card");
+}
 
 XMPSReader::~XMPSReader() {
     if (m_ownsZem && m_zem != nullptr) m_zem->IRelease();
@@ -61,7 +66,7 @@ void XMPSReader::AllocateDataObject() {
     IZEMMgr* mgr = nullptr;
     ZEMObjectFactory(&mgr);
     if (mgr == nullptr) {
-        ProcessFault("MPS/ZEM Data Object Allocation Exception", "Failed to create ZEMDataMgr object",
+        ProcessError("MPS/ZEM Data Object Allocation Exception", "Failed to create ZEMDataMgr object",
                      "XMPSReader::AllocateDataObject", __LINE__);
     }
     mgr->IAddRef();
@@ -110,7 +115,7 @@ void XMPSReader::ReadMPSFile(const char* path) {
 
 void XMPSReader::ReadMPSStream(std::stringstream* in) {
     if (in == nullptr) {
-        ProcessFault("MPS Read Error", "No stream provided", "XMPSReader::ReadMPSStream", __LINE__);
+        ProcessError("MPS Read Error", "No stream provided", "XMPSReader::ReadMPSStream", __LINE__);
     }
     AttachInput(in);
     try {
@@ -129,7 +134,6 @@ void XMPSReader::ReadXMPSInput(std::istream*) {
     m_xlinearSeen = false;
     m_nonlinearSeen = false;
     m_initialRead = false;
-    ForgetLastCard();
     if (m_extendedFormat) {
         SetExtendedFieldWidth();
     } else {
@@ -149,57 +153,33 @@ void XMPSReader::ReadXMPSInput(std::istream*) {
         code = m_cardStatus;
     }
     if (code != kMPSCardNAME) {
-        ProcessFault("MPS File Read Error", "Expected NAME Card", "XMPSReader::ReadMPSStream",
-                     __LINE__);
+        ProcessError("MPS File Read Error", "Expected NAME Card", kLoopRoutine, __LINE__);
     }
     NAMEData();
     ReadSectionLoop();
 }
 
-void XMPSReader::ReadSectionLoop() {
-    for (;;) {
-        const int linesBefore = m_lineCount;
-        const int16_t status = m_cardStatus;
-        switch (status) {
-            case kMPSCardROWS: ROWSData(); break;
-            case kMPSCardCOLUMNS: {
-                XMPSNumericLocale cLocale;
+void XMPSReader::ReadSection(int16_t code) {
+    switch (code) {
+        case kMPSCardROWS: ROWSData(); return;
+        case kMPSCardCOLUMNS:
+        case kMPSCardRHS:
+        case kMPSCardRANGES:
+        case kMPSCardBOUNDS: {
+            XMPSNumericLocale cLocale;
+            if (code == kMPSCardCOLUMNS) {
                 COLUMNSData();
-                break;
+            } else {
+                MPSStdReader::ReadSection(code);
             }
-            case kMPSCardRHS: {
-                XMPSNumericLocale cLocale;
-                RHSData();
-                break;
-            }
-            case kMPSCardRANGES: {
-                XMPSNumericLocale cLocale;
-                RANGESData();
-                break;
-            }
-            case kMPSCardBOUNDS: {
-                XMPSNumericLocale cLocale;
-                BOUNDSData();
-                break;
-            }
-            case kMPSCardSETS: SETSData(); break;
-            case kMPSCardENDATA:
-                ForgetLastCard();
-                CheckMPSStatus();
-                m_model->ProcessFullCollection();
-                return;
-            case kMPSCardEndOfFile:
-                ProcessFault("MPS File Read Error", "Unexpected end of XMPS file - no ENDATA card",
-                             "XMPSReader::ReadMPSStream", __LINE__);
-            default: ProcessExtendedSections(); break;
+            return;
         }
-        // Every handler reads at least one card; one that did not would
-        // make this loop run for ever.
-        if (m_lineCount == linesBefore && m_cardStatus == status) {
-            ProcessFault(kProcessError, "Section handler read no card", "XMPSReader::ReadMPSStream",
-                         __LINE__);
-        }
+        default: MPSStdReader::ReadSection(code); return;
     }
+}
+
+void XMPSReader::SectionReadNoCard(int16_t) {
+    ProcessError(kProcessError, "Section handler read no card", kLoopRoutine, __LINE__);
 }
 
 void XMPSReader::NAMEData() {
@@ -251,10 +231,10 @@ void XMPSReader::ProcessExtendedSections() {
         case kMPSCardData:
         case kXMPSCardFixedXLINEAR:
         case kXMPSCardToken:
-            CardFault("Unexpected Data Card Read in XMPS File - no section header",
+            CardError("Unexpected Data Card Read in XMPS File - no section header",
                       "XMPSReader::ProcessExtendedSections", __LINE__);
         default:
-            CardFault("Unexpected Header Card Read in MPS File", "XMPSReader::ProcessExtendedSections",
+            CardError("Unexpected Header Card Read in MPS File", "XMPSReader::ProcessExtendedSections",
                       __LINE__);
     }
 }
@@ -278,52 +258,24 @@ int16_t XMPSReader::ParseDataCard() {
     return kMPSCardData;
 }
 
-bool XMPSReader::PeekField(const char* line, size_t len, int field, const char*& text,
-                           size_t& n) const {
+void XMPSReader::LocateCard(const char* line, size_t len, MPSCardView& card) {
     const int cut = static_cast<int>(std::min(len, static_cast<size_t>(kMPSLineSize - 1)));
-    xmpstok::FieldSpan span;
-    if (m_section == kXMPSXLINEAR || m_section == kXMPSNONLINEAR) {
-        // The equation as field 1; as field 2 a token where the last card
-        // had its first argument (cards written by a program line up).
-        const int at = m_argColumn;
-        if (field == kMPSFieldName1) {
-            span = PeekMap(line, cut).Next(m_geometry.start[kMPSFieldName1]);
-        } else if (field == kMPSFieldName2 && at > 0 && at < cut && xmpstok::isBlank(line[at - 1]) &&
-                   !xmpstok::isBlank(line[at])) {
-            span = PeekMap(line, cut).Next(at);
-        }
-        // The variable in hand (the common case: a column's cards together)
-        // needs no request.
-        if (field == kMPSFieldName2 && m_lastVariable != nullptr && span.n > 0 &&
-            m_lastVariableName.Is(span.text, span.n))
-            return false;
-    } else {
-        const xmpstok::LineMap& map = PeekMap(line, cut);
-        if (m_peekFieldsLine != m_peekMapLine || m_peekFieldsKeyed != SectionHasKey()) {
-            // A card's fields are asked for one at a time: locate them once.
-            m_peekFieldsKeyed = SectionHasKey();
-            xmpstok::LocateFreeFormat(map, m_peekFieldsKeyed, m_peekSpans);
-            m_peekFieldsLine = m_peekMapLine;
-        }
-        span = m_peekSpans[field];
+    card.length = static_cast<size_t>(cut);
+    m_nextMap.Build(line, cut);
+    if (m_section != kXMPSXLINEAR && m_section != kXMPSNONLINEAR) {
+        xmpstok::LocateFreeFormat(m_nextMap, SectionHasKey(), card.fields);
+        return;
     }
-    text = span.text;
-    n = span.n;
-    return n > 0;
-}
-
-const xmpstok::LineMap& XMPSReader::PeekMap(const char* line, int len) const {
-    // The line looked ahead at is the one after the line in hand.
-    if (m_peekMapLine != m_lineCount + 1 || line != m_peekMap.Line() || len != m_peekMap.Length()) {
-        m_peekMap.Build(line, len);
-        m_peekMapLine = m_lineCount + 1;
-        m_peekFieldsLine = -1;  // located on the map that is gone
+    for (MPSFieldView& view : card.fields) view = MPSFieldView{};
+    card.fields[kMPSFieldName1] = m_nextMap.Next(m_geometry.start[kMPSFieldName1]);
+    const int at = m_argColumn;
+    if (at > 0 && at < cut && xmpstok::IsBlank(line[at - 1]) && !xmpstok::IsBlank(line[at])) {
+        card.fields[kMPSFieldName2] = m_nextMap.Next(at);
     }
-    return m_peekMap;
 }
 
 const xmpstok::LineMap& XMPSReader::CardMap() {
-    if (CardWasPeeked()) return m_peekMap;
+    if (CardInHandLocated()) return m_nextMap;
     m_map.Build(m_line, m_lineLength);
     return m_map;
 }
@@ -332,38 +284,13 @@ void XMPSReader::ParseMPSStdDataCardFreeFormat() {
     char* const fields[xmpstok::kCardFieldCount] = {
         m_fields[kMPSFieldKey],   m_fields[kMPSFieldName1], m_fields[kMPSFieldName2],
         m_fields[kMPSFieldNumber1], m_fields[kMPSFieldName3], m_fields[kMPSFieldNumber2]};
-    const bool keyed = SectionHasKey();
-    if (CardWasPeeked() && m_peekFieldsLine == m_lineCount && m_peekFieldsKeyed == keyed) {
-        xmpstok::CopyFields(m_peekSpans, fields);
+    if (CardInHandLocated()) {
+        xmpstok::CopyFields(m_next.fields, fields);
         return;
     }
     xmpstok::FieldSpan spans[xmpstok::kCardFieldCount];
-    xmpstok::LocateFreeFormat(CardMap(), keyed, spans);
+    xmpstok::LocateFreeFormat(CardMap(), SectionHasKey(), spans);
     xmpstok::CopyFields(spans, fields);
-}
-
-// ---- Errors ----
-
-namespace {
-
-// A traceback buffer that tells where in the input the read stopped.
-std::ostringstream* InputPosition(int lineCount) {
-    auto* buffer = new std::ostringstream;
-    if (lineCount > 0) *buffer << "XMPS input line " << lineCount << "\n";
-    return buffer;
-}
-
-}  // namespace
-
-void XMPSReader::CardFault(const char* message, const char* routine, int srcLine) const {
-    throw ZEM_Exception(message, m_line, routine, zemsrc::kXmpsUtil, srcLine,
-                        InputPosition(m_lineCount));
-}
-
-void XMPSReader::ProcessFault(const char* category, const char* message, const char* routine,
-                              int srcLine) const {
-    throw ZEM_Exception(category, message, routine, zemsrc::kXmpsUtil, srcLine,
-                        InputPosition(m_lineCount));
 }
 
 void CreateXMPSReaderObject(XMPSReader** out, IZEMDataMgr* model) {

@@ -49,7 +49,6 @@
 
 #include <cstdint>
 #include <sstream>
-#include <utility>
 #include <vector>
 
 #include "mpsutil/MPSStdReader.h"
@@ -118,9 +117,10 @@ protected:
     int16_t ExtendedHeaderCardSet() override;
     void ProcessExtendedSections() override;
     void SetFieldWidth(int16_t nameWidth, int16_t numberWidth, int16_t keyWidth) override;
-    // Fields by the free-format rule (none in the token-rule sections).
-    bool PeekField(const char* line, size_t len, int field, const char*& text,
-                   size_t& n) const override;
+    // The free-format fields; in the token-rule sections the equation as
+    // field 1 and, as field 2, the token where the last card had its first
+    // argument (cards written by a program line up).
+    void LocateCard(const char* line, size_t len, MPSCardView& card) override;
 
     // The fixed-column XLINEAR rule: key, equation and coefficient in fixed
     // fields, variable names from the name-list column, each name-width
@@ -174,26 +174,10 @@ protected:
     // (-1: none). Cards written by a program line up, so the look-ahead
     // expects the next card's first argument at the same offset.
     int m_argColumn = -1;
-    // Blank maps of card lines. The look-ahead maps the next line
-    // (m_peekMap, for line number m_peekMapLine) and, in the free-format
-    // sections, locates its fields (m_peekSpans, when m_peekFieldsLine is
-    // that line number, for a section with keys or not as m_peekFieldsKeyed
-    // tells). When the line then becomes the card in hand, at the same place
-    // and length, the card is parsed from these; otherwise it is mapped anew
-    // into m_map.
+    // Blank maps of card lines: m_nextMap of the line the look-ahead located
+    // into m_next, m_map of a card in hand that it did not locate.
     xmpstok::LineMap m_map;
-    mutable xmpstok::LineMap m_peekMap;
-    mutable int m_peekMapLine = -1;
-    mutable int m_peekFieldsLine = -1;
-    mutable bool m_peekFieldsKeyed = false;
-    mutable xmpstok::FieldSpan m_peekSpans[xmpstok::kCardFieldCount];
-    // The map of the line (line, len) looked ahead at, built unless built
-    // already.
-    const xmpstok::LineMap& PeekMap(const char* line, int len) const;
-    // True when the look-ahead mapped the line in hand.
-    bool CardWasPeeked() const {
-        return m_peekMapLine == m_lineCount && m_peekMap.Line() == m_line && m_peekMap.Length() == m_lineLength;
-    }
+    xmpstok::LineMap m_nextMap;
     // The map of the line in hand.
     const xmpstok::LineMap& CardMap();
     int ArgumentCount() const { return static_cast<int>(m_argStart.size()); }
@@ -213,17 +197,15 @@ protected:
     int m_thirdFieldColumn = 14;
     int m_nameListColumn = 28;
 
-    // Throw ZEM_Exception with the "xmpsutil" source tag: a data error (the
-    // message as name, the current line as reason) or an internal error.
-    [[noreturn]] void CardFault(const char* message, const char* routine, int srcLine) const;
-    [[noreturn]] void ProcessFault(const char* category, const char* message, const char* routine,
-                                   int srcLine) const;
+    // The section loop's step: ROWS, and the numeric sections under the "C"
+    // numeric locale; the rest as the base reader does.
+    void ReadSection(int16_t code) override;
+    [[noreturn]] void SectionReadNoCard(int16_t code) override;
 
 private:
     struct TermTexts;
     void CommonCtor();
     void ReadXMPSInput(std::istream* in);
-    void ReadSectionLoop();
     void ApplyTermCard(const TermTexts& texts, INonLinearModel* nlModel);
     void ApplyTermCards(const TermTexts& texts, INonLinearModel* nlModel, bool byColumns);
     // The variable named by the n characters at name (NUL-terminated).
@@ -239,32 +221,8 @@ private:
                                     const char* routine);
     ILPVariableList* FetchVariableList(const char* failText, const char* routine);
 
-    // The row and column of the last term card with the names the card gave
-    // them, tried before a lookup.
-    ILPEquation* m_lastEquation = nullptr;
-    int m_lastEquationIndex = 0;  // its index when known without reading it (else 0)
-    ILPVariable* m_lastVariable = nullptr;
-    xmpstok::RecentName m_lastEquationName;
-    xmpstok::RecentName m_lastVariableName;
     // Length of the card's equation name (Field(kMPSFieldName1)).
     size_t m_equationLength = 0;
-    // Row types set by the keys of a term section's cards, applied when the
-    // section ends (ApplyPendingTypes): reading each row's type at its card
-    // would wait on a row object for nearly every card. A key sets the type
-    // unless the row is the objective, so the keys of one row come down to
-    // the first objective key, or else the last key: kept per row index
-    // (0: none) when the lookup gives the index, else in card order. Keys
-    // by index are first logged in card order and folded into the per-row
-    // table in batches: the table is read at random, and a batch lets the
-    // processor wait for many of its rows at once. An entry holds the row
-    // index in its low 32 bits and the type above them.
-    std::vector<uint64_t> m_typeLog;
-    std::vector<int16_t> m_pendingTypeAt;
-    std::vector<std::pair<ILPEquation*, int16_t>> m_pendingTypes;
-    void NotePendingType(ILPEquation* eqn, int index, int16_t type);
-    void FoldTypeLog();
-    void ApplyPendingTypes();
-    void ForgetLastCard();
 };
 
 // Stores a new reader of `model` (null: the reader makes its own) in *out,

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kProcessError = "MPS Read/Process Error";
 
-bool keyIs(const char* key, const char* word) { return std::strcmp(key, word) == 0; }
+bool KeyIs(const char* key, const char* word) { return std::strcmp(key, word) == 0; }
 
 }  // namespace
 
@@ -47,18 +47,16 @@ void XMPSReader::EXTERNMDLSCard() { m_section = kXMPSEXTERNMDLS; }
 // ---- Helpers ----
 
 ILPVariableList* XMPSReader::FetchVariableList(const char* failText, const char* routine) {
-    m_varList = nullptr;
-    if (m_model != nullptr) m_model->GetVariableCollectionIntf(&m_varList);
-    if (m_varList == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
-    return m_varList;
+    if (!m_sink.AttachVariables(m_model)) ProcessError(kProcessError, failText, routine, __LINE__);
+    return m_sink.Variables();
 }
 
 ILPVariable* XMPSReader::LookupColumnOrSkip(const char* name, const char* invalidText,
                                             const char* routine) {
-    ILPVariable* var = FindVariable(name);
+    ILPVariable* var = m_sink.FindVariable(name);
     if (var != nullptr) return var;
     if (m_emptyColumns.count(name) != 0) return nullptr;
-    CardFault(invalidText, routine, __LINE__);
+    CardError(invalidText, routine, __LINE__);
 }
 
 bool XMPSReader::ProcessExtendedINITIALKeySet(const char*, ILPVariable*) { return false; }
@@ -89,40 +87,40 @@ void XMPSReader::INITIALData() {
     while (ReadMPSCard() == kMPSCardData) {
         const char* column = Field(kMPSFieldName2);
         if (column[0] == '\0') {
-            CardFault("MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME",
+            CardError("MPS INITIAL Section Error - Incomplete Data Entry - no COLUMN NAME",
                       kEntryRoutine, __LINE__);
         }
         if (!HasField(kMPSFieldNumber1)) {
-            CardFault("MPS INITIAL Section Error - Incomplete Data Entry - no VALUE", kEntryRoutine,
+            CardError("MPS INITIAL Section Error - Incomplete Data Entry - no VALUE", kEntryRoutine,
                       __LINE__);
         }
-        ILPVariable* var = FindVariable(column);
-        if (var == nullptr) var = NewVariable(column);
+        ILPVariable* var = m_sink.FindVariable(column);
+        if (var == nullptr) var = m_sink.NewVariable(column);
         if (var == nullptr) {
-            ProcessFault(kProcessError, "INITIALData Unable to create new Variable data object",
+            ProcessError(kProcessError, "INITIALData Unable to create new Variable data object",
                          kRoutine, __LINE__);
         }
         const double value = FieldNumber(kMPSFieldNumber1);
         var->SetVarValue(value);
         const char* key = Field(kMPSFieldKey);
         if (key[0] == '\0') continue;
-        if (keyIs(key, "NB")) {
+        if (KeyIs(key, "NB")) {
             var->SetVarStatus(ZEM_STATUS_NONBASIC);
-        } else if (keyIs(key, "SB")) {
+        } else if (KeyIs(key, "SB")) {
             var->SetVarStatus(ZEM_STATUS_STEP_BOUNDED);
-        } else if (keyIs(key, "BS")) {
+        } else if (KeyIs(key, "BS")) {
             var->SetVarStatus(ZEM_STATUS_BASIC);
-        } else if (keyIs(key, "FX")) {
+        } else if (KeyIs(key, "FX")) {
             var->SetVarStatus(ZEM_STATUS_FIXED);
             var->SetVarValue(value);
-        } else if (keyIs(key, "UB")) {
+        } else if (KeyIs(key, "UB")) {
             var->SetVarStatus(ZEM_STATUS_NONBASIC_UB);
             var->SetVarValue(value);
-        } else if (keyIs(key, "LB")) {
+        } else if (KeyIs(key, "LB")) {
             var->SetVarStatus(ZEM_STATUS_NONBASIC_LB);
             var->SetVarValue(value);
         } else if (!ProcessExtendedINITIALKeySet(key, var)) {
-            CardFault("MPS INITIAL Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
+            CardError("MPS INITIAL Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
         }
     }
     m_initialRead = true;
@@ -145,37 +143,37 @@ void XMPSReader::TEMPBOUNDSData() {
     while (ReadMPSCard() == kMPSCardData) {
         const char* key = Field(kMPSFieldKey);
         if (key[0] == '\0') {
-            CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine,
+            CardError("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no KEY", kRoutine,
                       __LINE__);
         }
         const char* column = Field(kMPSFieldName2);
         if (column[0] == '\0') {
-            CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
+            CardError("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry - no COLUMN NAME",
                       kRoutine, __LINE__);
         }
         ILPVariable* var =
             LookupColumnOrSkip(column, "MPS BOUNDS Section Error - Invalid Column Name", kRoutine);
         if (var == nullptr) continue;
         const bool needsValue =
-            keyIs(key, "LO") || keyIs(key, "UP") || keyIs(key, "FX") || keyIs(key, "LI");
+            KeyIs(key, "LO") || KeyIs(key, "UP") || KeyIs(key, "FX") || KeyIs(key, "LI");
         if (needsValue && !HasField(kMPSFieldNumber1)) {
-            CardFault("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
+            CardError("XMPS TEMPBOUNDS Section Error - Incomplete Data Entry", kRoutine, __LINE__);
         }
-        if (keyIs(key, "LO")) {
+        if (KeyIs(key, "LO")) {
             double value = FieldNumber(kMPSFieldNumber1);
             if (var->GetVarType() == ZEM_VAR_DISCRETE ||
                 !(var->GetBoundUpper() > var->GetBoundLower())) {
                 value = 0.0;
             }
             var->SetTempBoundLower(value);
-        } else if (keyIs(key, "FX")) {
+        } else if (KeyIs(key, "FX")) {
             var->SetTempBoundLower(FieldNumber(kMPSFieldNumber1));
-        } else if (keyIs(key, "FR") || keyIs(key, "MI") || keyIs(key, "BV") || keyIs(key, "LI")) {
+        } else if (KeyIs(key, "FR") || KeyIs(key, "MI") || KeyIs(key, "BV") || KeyIs(key, "LI")) {
             var->SetTempBoundLower(0.0);
-        } else if (keyIs(key, "UP") || keyIs(key, "PL")) {
+        } else if (KeyIs(key, "UP") || KeyIs(key, "PL")) {
             // No temporary upper bound to set.
         } else if (!ProcessExtendedBOUNDSKeySet(key, var)) {
-            CardFault("XMPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
+            CardError("XMPS BOUNDS Section Error - Unknown Bound Type Key Found", kRoutine, __LINE__);
         }
     }
 }
@@ -187,7 +185,7 @@ void XMPSReader::VARGROUPSData() {
     RequireSection(kXMPSVARGROUPS, "VARGROUPSData method invoked in wrong state", kRoutine);
     FetchVariableList("VARGROUPSData Unable to Retrieve LP Variable data object", kRoutine);
     if (m_zem == nullptr) {
-        ProcessFault(kProcessError, "VARGROUPSData Unable to Retrieve LP Variable data object",
+        ProcessError(kProcessError, "VARGROUPSData Unable to Retrieve LP Variable data object",
                      kRoutine, __LINE__);
     }
     while (ReadMPSCard() == kMPSCardData) {
@@ -195,15 +193,15 @@ void XMPSReader::VARGROUPSData() {
         const char* group = Field(kMPSFieldName1);
         const char* column = Field(kMPSFieldName2);
         if (key[0] == '\0') {
-            CardFault("XMPS VARGROUPS Section Error - Incomplete Data Entry - no KEY", kRoutine,
+            CardError("XMPS VARGROUPS Section Error - Incomplete Data Entry - no KEY", kRoutine,
                       __LINE__);
         }
         if (group[0] == '\0') {
-            CardFault("XMPS VARGROUPS Section Error - Incomplete Data Entry - no GROUP NAME",
+            CardError("XMPS VARGROUPS Section Error - Incomplete Data Entry - no GROUP NAME",
                       kRoutine, __LINE__);
         }
         if (column[0] == '\0') {
-            CardFault("XMPS VARGROUPS Section Error - Incomplete Data Entry - no COLUMN NAME",
+            CardError("XMPS VARGROUPS Section Error - Incomplete Data Entry - no COLUMN NAME",
                       kRoutine, __LINE__);
         }
         ILPVariable* var =
@@ -214,11 +212,11 @@ void XMPSReader::VARGROUPSData() {
         if (collection == nullptr) {
             m_zem->NewNamedVarCollection(group, &collection);
             if (collection == nullptr) {
-                ProcessFault(kProcessError, "VARGROUPSData Unable to create new Variable Collection",
+                ProcessError(kProcessError, "VARGROUPSData Unable to create new Variable Collection",
                              kRoutine, __LINE__);
             }
             // Only a new group takes its direction from the key.
-            const int16_t direction = keyIs(key, "IN") ? 1 : keyIs(key, "OT") ? -1 : 0;
+            const int16_t direction = KeyIs(key, "IN") ? 1 : KeyIs(key, "OT") ? -1 : 0;
             collection->SetDirection(direction);
         }
         collection->AddVariableObject(var);
@@ -236,11 +234,11 @@ void XMPSReader::COMPLEMENTData() {
         const char* source = Field(kMPSFieldName1);
         const char* target = Field(kMPSFieldName2);
         if (source[0] == '\0') {
-            CardFault("MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME",
+            CardError("MPS COMPLEMENT Section Error - Incomplete Data Entry - no SOURCE VARIABLE NAME",
                       kRoutine, __LINE__);
         }
         if (target[0] == '\0') {
-            CardFault("MPS COMPLEMENT Section Error - Incomplete Data Entry - no TARGET VARIABLE NAME",
+            CardError("MPS COMPLEMENT Section Error - Incomplete Data Entry - no TARGET VARIABLE NAME",
                       kRoutine, __LINE__);
         }
         ILPVariable* from = LookupColumnOrSkip(source, kInvalid, kRoutine);
@@ -259,7 +257,7 @@ void XMPSReader::XOPTIONData() {
     IZEMOptionTable* table = nullptr;
     if (m_zem != nullptr) m_zem->GetOptionTableIntf(&table);
     if (table == nullptr) {
-        ProcessFault(kProcessError, "XOPTIONData Unable to Retrieve ZEM Option Table data object",
+        ProcessError(kProcessError, "XOPTIONData Unable to Retrieve ZEM Option Table data object",
                      kRoutine, __LINE__);
     }
     while (ReadMPSCard() == kMPSCardData) {
@@ -273,7 +271,7 @@ void XMPSReader::XTNDFMTData() {
     static const char* const kRoutine = "XMPSReader::XTNDFMTData";
     RequireSection(kXMPSXTNDFMT, "XTNDFMTData method invoked in wrong state", kRoutine);
     if (ReadMPSCard() == kMPSCardData) {
-        ProcessFault(kProcessError,
+        ProcessError(kProcessError,
                      "XTNDFMTData data cards entered - no data should accompany this header card",
                      kRoutine, __LINE__);
     }

@@ -83,7 +83,7 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
     // Key: the non-blank characters of the fixed key field.
     int k = 0;
     for (int i = 1; i < 1 + m_geometry.keyWidth && i < m_lineLength; ++i) {
-        if (!xmpstok::isBlank(m_line[i])) key[k++] = m_line[i];
+        if (!xmpstok::IsBlank(m_line[i])) key[k++] = m_line[i];
     }
     key[k] = '\0';
 
@@ -167,48 +167,35 @@ int16_t XMPSReader::ParseXLINEARDataCard() {
 void XMPSReader::RequireSection(int16_t code, const char* wrongStateText,
                                 const char* routine) const {
     if (m_section != code) {
-        ProcessFault("MPS Read/Process Synchronization Error", wrongStateText, routine, __LINE__);
+        ProcessError("MPS Read/Process Synchronization Error", wrongStateText, routine, __LINE__);
     }
 }
 
 void XMPSReader::FetchTermModel(const char* failText, const char* routine, INonLinearModel** nl) {
-    m_varList = nullptr;
-    m_eqnList = nullptr;
-    m_matrix = nullptr;
     *nl = nullptr;
-    if (m_zem != nullptr) {
-        m_zem->GetVariableCollectionIntf(&m_varList);
-        m_zem->GetEquationCollectionIntf(&m_eqnList);
-        m_zem->GetMatrixIntf(&m_matrix);
-        m_zem->GetNonLinearModelIntf(nl);
+    if (m_zem != nullptr) m_zem->GetNonLinearModelIntf(nl);
+    if (!m_sink.Attach(m_zem) || *nl == nullptr) {
+        ProcessError(kProcessError, failText, routine, __LINE__);
     }
-    if (m_varList == nullptr || m_eqnList == nullptr || m_matrix == nullptr || *nl == nullptr) {
-        ProcessFault(kProcessError, failText, routine, __LINE__);
-    }
-    NoteLibraryParts();
 }
 
 ILPVariable* XMPSReader::FindOrCreateVariable(const char* name, size_t n, const char* failText,
                                               const char* routine) {
-    // Cards of one column usually come together.
-    if (m_lastVariable != nullptr && m_lastVariableName.Is(name, n)) return m_lastVariable;
-    ILPVariable* var = FindVariable(name);
-    if (var == nullptr) var = NewVariable(name);
-    if (var == nullptr) ProcessFault(kProcessError, failText, routine, __LINE__);
-    m_lastVariable = m_lastVariableName.Set(name, n) ? var : nullptr;
+    ILPVariable* var = m_sink.FindOrCreateVariable(name, n);
+    if (var == nullptr) ProcessError(kProcessError, failText, routine, __LINE__);
     return var;
 }
 
 void XMPSReader::NONLINEARData() {
     if (m_section != kXMPSXLINEAR && m_section != kXMPSNONLINEAR) {
-        ProcessFault("MPS Read/Process Synchronization Error",
+        ProcessError("MPS Read/Process Synchronization Error",
                      "NONLINEARData method invoked in wrong state", "XMPSReader:NONLINEARData",
                      __LINE__);
     }
     XMPSNumericLocale cLocale;
     const bool xlinear = m_section == kXMPSXLINEAR;
     if (ReadMPSCard() != kXMPSCardToken) {
-        ProcessFault(kProcessError,
+        ProcessError(kProcessError,
                      xlinear ? "XLINEAR Data section appears empty - no data card following header"
                              : "NONLINEAR Data section appears empty - no data card following header",
                      kNonLinearRoutine, __LINE__);
@@ -237,12 +224,12 @@ void XMPSReader::NONLINEARData() {
 
 void XMPSReader::XLINEARData() {
     if (m_section != kXMPSXLINEAR) {
-        ProcessFault("MPS Read/Process Synchronization Error",
+        ProcessError("MPS Read/Process Synchronization Error",
                      "XLINEARData method invoked in wrong state", "XMPSReader:XLINEARData", __LINE__);
     }
     XMPSNumericLocale cLocale;
     if (ReadMPSCard() != kXMPSCardToken) {
-        ProcessFault(kProcessError, "XLINEAR Data section appears empty - no data card following header",
+        ProcessError(kProcessError, "XLINEAR Data section appears empty - no data card following header",
                      kXLinearRoutine, __LINE__);
     }
     INonLinearModel* nl = nullptr;
@@ -279,119 +266,56 @@ void XMPSReader::ApplyTermCards(const TermTexts& texts, INonLinearModel* nl, boo
             ApplyTermCard(texts, nl);
         } while (ReadMPSCard() == kXMPSCardToken);
     } catch (...) {
-        ApplyPendingTypes();
+        m_sink.ApplyDeferredRowTypes();
         throw;
     }
-    ApplyPendingTypes();
-}
-
-void XMPSReader::NotePendingType(ILPEquation* eqn, int index, int16_t type) {
-    if (index > 0) {
-        constexpr size_t kBatch = 4096;
-        m_typeLog.push_back(static_cast<uint32_t>(index) |
-                            static_cast<uint64_t>(static_cast<uint16_t>(type)) << 32);
-        if (m_typeLog.size() >= kBatch) FoldTypeLog();
-        return;
-    }
-    if (m_pendingTypes.empty() || m_pendingTypes.back().first != eqn || m_pendingTypes.back().second != type)
-        m_pendingTypes.emplace_back(eqn, type);
-}
-
-void XMPSReader::FoldTypeLog() {
-    for (const uint64_t entry : m_typeLog) {
-        const size_t at = static_cast<uint32_t>(entry);
-        if (at >= m_pendingTypeAt.size()) m_pendingTypeAt.resize(std::max(at + 1, 2 * m_pendingTypeAt.size()), 0);
-        if (m_pendingTypeAt[at] != ZEM_EQN_OBJECTIVE)
-            m_pendingTypeAt[at] = static_cast<int16_t>(static_cast<uint16_t>(entry >> 32));
-    }
-    m_typeLog.clear();
-}
-
-// Sets the types that the section's keys gave: a key sets its row's type
-// unless the row is the objective.
-void XMPSReader::ApplyPendingTypes() {
-    FoldTypeLog();
-    for (size_t at = 1; at < m_pendingTypeAt.size(); ++at) {
-        if (m_pendingTypeAt[at] == 0) continue;
-        ILPEquation* eqn = nullptr;
-        m_eqnList->RetrieveEquationObject(static_cast<int>(at), &eqn);
-        if (eqn != nullptr && eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(m_pendingTypeAt[at]);
-    }
-    m_pendingTypeAt.clear();
-    for (const auto& [eqn, type] : m_pendingTypes)
-        if (eqn->GetType() != ZEM_EQN_OBJECTIVE) eqn->SetType(type);
-    m_pendingTypes.clear();
-}
-
-void XMPSReader::ForgetLastCard() {
-    m_lastEquation = nullptr;
-    m_lastEquationIndex = 0;
-    m_lastVariable = nullptr;
-    m_lastEquationName.Clear();
-    m_lastVariableName.Clear();
-    m_typeLog.clear();
-    m_pendingTypeAt.clear();
-    m_pendingTypes.clear();
+    m_sink.ApplyDeferredRowTypes();
 }
 
 void XMPSReader::ApplyTermCard(const TermTexts& texts, INonLinearModel* nl) {
     const char* eqName = Field(kMPSFieldName1);
-    if (eqName[0] == '\0') CardFault(texts.incomplete, texts.routine, __LINE__);
-    if (m_coefficient[0] == '\0') CardFault(texts.noCoefficient, texts.routine, __LINE__);
+    if (eqName[0] == '\0') CardError(texts.incomplete, texts.routine, __LINE__);
+    if (m_coefficient[0] == '\0') CardError(texts.noCoefficient, texts.routine, __LINE__);
 
     // The row type is settled first, so a refused key creates nothing.
     int16_t type = ZEM_EQN_UNKNOWN;
     const bool hasKey = HasField(kMPSFieldKey);
     if (hasKey) {
         GetEquationTypeFromKey(type);
-        if (type == ZEM_EQN_UNKNOWN) CardFault(texts.unknownKey, texts.routine, __LINE__);
+        if (type == ZEM_EQN_UNKNOWN) CardError(texts.unknownKey, texts.routine, __LINE__);
     }
     const int nArgs = ArgumentCount();
     int numbers = 0;
     if (texts.numericInLinear != nullptr) {
         for (int i = 0; i < nArgs; ++i) numbers += xmpstok::IsANumber(Argument(i), ArgumentLength(i)) ? 1 : 0;
     }
-    if (nArgs - numbers == 0) CardFault(texts.noVariables, texts.routine, __LINE__);
+    if (nArgs - numbers == 0) CardError(texts.noVariables, texts.routine, __LINE__);
     if (m_keyword[0] == '\0' && numbers > 0) {
-        CardFault(texts.numericInLinear, texts.routine, __LINE__);
+        CardError(texts.numericInLinear, texts.routine, __LINE__);
     }
 
-    ILPEquation* eqn = m_lastEquation;
-    int eqnIndex = m_lastEquationIndex;  // 0 when not known without a visit
-    if (eqn == nullptr || !m_lastEquationName.Is(eqName, m_equationLength)) {
-        eqn = FindEquation(eqName, eqnIndex);
-        if (eqn == nullptr) {
-            m_eqnList->CreateNewEquationObject(&eqn);
-            if (eqn == nullptr) ProcessFault(kProcessError, texts.createEquation, texts.routine, __LINE__);
-            eqn->SetName(eqName);
-            m_eqnList->AddEquationObject(eqn);
-            if (m_eqnImpl != nullptr) eqnIndex = eqn->GetIndex();
-        }
-        m_lastEquation = m_lastEquationName.Set(eqName, m_equationLength) ? eqn : nullptr;
-        m_lastEquationIndex = eqnIndex;
-    }
-    if (hasKey) NotePendingType(eqn, eqnIndex, type);
+    int eqnIndex = 0;  // 0 when not known without a visit
+    ILPEquation* eqn = m_sink.FindOrCreateEquation(eqName, m_equationLength, eqnIndex);
+    if (eqn == nullptr) ProcessError(kProcessError, texts.createEquation, texts.routine, __LINE__);
+    if (hasKey) m_sink.DeferRowType(eqn, eqnIndex, type);
 
     const double coefficient = MPSParseNumber(m_coefficient);
     if (m_keyword[0] == '\0' && nArgs == 1) {
-        ILPVariable* var = FindOrCreateVariable(Argument(0), ArgumentLength(0), texts.createVariable, texts.routine);
-        ILPNonZero* nz = nullptr;
-        m_matrix->CreateNewNonZeroObject(&nz);
-        if (nz == nullptr) ProcessFault(kProcessError, texts.createNonZero, texts.routine, __LINE__);
-        nz->SetEquationPtr(eqn);
-        nz->SetVariablePtr(var);
-        nz->SetCoefficient(coefficient);
-        AddEntry(nz, eqnIndex);
+        ILPVariable* var =
+            FindOrCreateVariable(Argument(0), ArgumentLength(0), texts.createVariable, texts.routine);
+        if (!m_sink.AddCoefficient(eqn, eqnIndex, var, coefficient)) {
+            ProcessError(kProcessError, texts.createNonZero, texts.routine, __LINE__);
+        }
         return;
     }
 
     INonLinearity* made = nullptr;
     if (m_keyword[0] == '\0') {
         nl->CreateNonLinearityObject(static_cast<int16_t>(1), &made);
-        if (made == nullptr) ProcessFault(kProcessError, texts.createProduct, texts.routine, __LINE__);
+        if (made == nullptr) ProcessError(kProcessError, texts.createProduct, texts.routine, __LINE__);
     } else {
         nl->CreateNonLinearityObject(m_keyword, &made);
-        if (made == nullptr) CardFault(texts.createKeywordTerm, texts.routine, __LINE__);
+        if (made == nullptr) CardError(texts.createKeywordTerm, texts.routine, __LINE__);
     }
     PendingTerm term(made);
     term->SetEquationPtr(eqn);

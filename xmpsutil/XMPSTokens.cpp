@@ -51,12 +51,12 @@ bool IsANumber(const char* token, size_t n) {
 
 bool ExtractToken(int& count, const char* source, char* target, int maxLen) {
     const char* p = source;
-    while (isBlank(*p)) ++p;
+    while (IsBlank(*p)) ++p;
     // The token is copied while it is scanned; characters past maxLen are
     // passed over.
     size_t room = maxLen > 0 ? static_cast<size_t>(maxLen) : 0;
     char* out = target;
-    for (; *p != '\0' && !isBlank(*p); ++p) {
+    for (; *p != '\0' && !IsBlank(*p); ++p) {
         if (room > 0) {
             *out++ = *p;
             --room;
@@ -71,12 +71,8 @@ void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans) 
     const char* line = map.Line();
     const int len = map.Length();
     const int keyArea = len < 4 ? len : 4;
-    // Spans are set member by member: a whole span put together on the
-    // stack and copied is read back at once by some compilers, which stalls.
     const auto set = [spans](int field, const char* text, size_t n, bool keyColumns) {
-        spans[field].text = text;
-        spans[field].n = n;
-        spans[field].keyColumns = keyColumns;
+        spans[field] = FieldSpan{text, n, keyColumns};
     };
 
     // The tokens that start in the first four columns, and whether one of
@@ -131,7 +127,7 @@ void CopyFields(const FieldSpan* spans, char* const* fields) {
         }
         int k = 0;  // the key's non-blank characters of columns 1-4
         for (size_t i = 0; i < span.n; ++i)
-            if (!isBlank(span.text[i])) fields[f][k++] = span.text[i];
+            if (!IsBlank(span.text[i])) fields[f][k++] = span.text[i];
         fields[f][k] = '\0';
     }
 }

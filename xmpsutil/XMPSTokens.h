@@ -32,78 +32,20 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
+
+#include "mpsutil/MPSFieldParser.h"
 
 namespace xmpstok {
 
 // Longest token kept; token buffers hold kTokenMax + 1 bytes.
 constexpr int kTokenMax = 128;
 
-inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
+inline bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-// Copies the n bytes of a token from src to dst and terminates dst. Eight
-// bytes at a time, then four, two and one: no block-copy set-up is paid for
-// a short token, and the eight-byte reads that hash or compare the copy
-// right afterwards each find their bytes in one store.
-inline void CopyToken(char* dst, const char* src, size_t n) {
-    size_t i = 0;
-    for (; i + 8 <= n; i += 8) std::memcpy(dst + i, src + i, 8);
-    if (n - i >= 4) {
-        std::memcpy(dst + i, src + i, 4);
-        i += 4;
-    }
-    if (n - i >= 2) {
-        std::memcpy(dst + i, src + i, 2);
-        i += 2;
-    }
-    if (i < n) dst[i] = src[i];
-    dst[n] = '\0';
-}
-
-// True when the n bytes at a and at b are the same. Eight bytes at a time,
-// the last eight read overlapping: names are short, and a library call
-// would cost more than the compare.
-inline bool SameBytes(const char* a, const char* b, size_t n) {
-    if (n < 8) {
-        for (size_t i = 0; i < n; ++i)
-            if (a[i] != b[i]) return false;
-        return true;
-    }
-    uint64_t x, y;
-    for (size_t i = 0; i + 8 < n; i += 8) {
-        std::memcpy(&x, a + i, 8);
-        std::memcpy(&y, b + i, 8);
-        if (x != y) return false;
-    }
-    std::memcpy(&x, a + n - 8, 8);
-    std::memcpy(&y, b + n - 8, 8);
-    return x == y;
-}
-
-// A name remembered with its length, to tell whether a card names the same
-// row or column as the one before.
-class RecentName {
-public:
-    // Keeps the n bytes at s; false, and nothing kept, for a name longer
-    // than kTokenMax.
-    bool Set(const char* s, size_t n) {
-        if (n > static_cast<size_t>(kTokenMax)) {
-            m_n = kNone;
-            return false;
-        }
-        CopyToken(m_text, s, n);
-        m_n = n;
-        return true;
-    }
-    void Clear() { m_n = kNone; }
-    bool Is(const char* s, size_t n) const { return n == m_n && SameBytes(m_text, s, n); }
-
-private:
-    static constexpr size_t kNone = ~size_t(0);
-    char m_text[kTokenMax + 1] = {};
-    size_t m_n = kNone;
-};
+// Copies the n bytes of a token from src to dst and terminates dst
+// (MPSCopyText).
+inline void CopyToken(char* dst, const char* src, size_t n) { MPSCopyText(dst, src, n); }
 
 // The lenient number test of the format: the first character must be a
 // digit or one of "+-."; tokens of one or two such characters are numbers;
@@ -134,11 +76,7 @@ void ParseFreeFormat(const char* line, int len, bool sectionHasKey, char* const*
 // Where ParseFreeFormat finds each field in the line: a token, or (for the
 // key of a card aligned on the columns, keyColumns set) columns 1-4, whose
 // blanks are dropped. An absent field has a null text.
-struct FieldSpan {
-    const char* text = nullptr;
-    size_t n = 0;
-    bool keyColumns = false;
-};
+using FieldSpan = MPSFieldView;
 // Locates the fields of a line already mapped (XMPSLineMap.h).
 class LineMap;
 void LocateFreeFormat(const LineMap& map, bool sectionHasKey, FieldSpan* spans);

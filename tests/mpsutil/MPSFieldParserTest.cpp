@@ -178,3 +178,24 @@ TEST(MPSLineSource, LinesAcrossBlockBoundariesArriveWhole) {
     }
     EXPECT_EQ(count, 300000);
 }
+
+// The word-wise copy and compare of names, for every length around the word
+// sizes and a difference at every place.
+TEST(MPSTextBytes, CopyAndCompareEveryLengthAndEveryDifference) {
+    const std::string text = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmn";
+    for (size_t n = 0; n <= text.size(); ++n) {
+        std::vector<char> buffer(64, '#');
+        // Through a volatile pointer: the compiler, seeing the buffer's size
+        // but not that n stays below it, would warn of copies past its end.
+        char* volatile opaque = buffer.data();
+        char* copy = opaque;
+        MPSCopyText(copy, text.data(), n);
+        ASSERT_EQ(std::string(copy), text.substr(0, n));
+        EXPECT_TRUE(MPSSameBytes(copy, text.data(), n)) << n;
+        for (size_t at = 0; at < n; ++at) {
+            std::string other = text.substr(0, n);
+            other[at] = '*';
+            EXPECT_FALSE(MPSSameBytes(other.data(), text.data(), n)) << n << " " << at;
+        }
+    }
+}

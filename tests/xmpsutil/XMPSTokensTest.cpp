@@ -95,34 +95,3 @@ TEST(XMPSFreeFormat, SplitsCardsIntoTheSixFields) {
     EXPECT_EQ(std::strlen(f[1]), 128u);
     EXPECT_STREQ(f[2], "B");
 }
-
-// The word-wise copy and compare of names, for every length around the word
-// sizes and a difference at every place.
-TEST(XMPSTokenBytes, CopyAndCompareEveryLengthAndEveryDifference) {
-    const std::string text = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmn";
-    for (size_t n = 0; n <= text.size(); ++n) {
-        std::vector<char> buffer(64, '#');
-        // Through a volatile pointer: the compiler, seeing the buffer's size
-        // but not that n stays below it, would warn of copies past its end.
-        char* volatile opaque = buffer.data();
-        char* copy = opaque;
-        xmpstok::CopyToken(copy, text.data(), n);
-        ASSERT_EQ(std::string(copy), text.substr(0, n));
-        EXPECT_TRUE(xmpstok::SameBytes(copy, text.data(), n)) << n;
-        for (size_t at = 0; at < n; ++at) {
-            std::string other = text.substr(0, n);
-            other[at] = '*';
-            EXPECT_FALSE(xmpstok::SameBytes(other.data(), text.data(), n)) << n << " " << at;
-        }
-        xmpstok::RecentName recent;
-        EXPECT_FALSE(recent.Is(text.data(), n));
-        ASSERT_TRUE(recent.Set(text.data(), n));
-        EXPECT_TRUE(recent.Is(copy, n));
-        EXPECT_FALSE(recent.Is(text.data(), n + 1));
-    }
-    // A name longer than a token is not kept.
-    const std::string longName(xmpstok::kTokenMax + 1, 'L');
-    xmpstok::RecentName recent;
-    EXPECT_FALSE(recent.Set(longName.data(), longName.size()));
-    EXPECT_FALSE(recent.Is(longName.data(), longName.size()));
-}
