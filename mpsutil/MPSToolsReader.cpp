@@ -184,7 +184,7 @@ void MPSToolsReader::BoundsCard() {
     if (!upper || !HasField(kMPSFieldNumber1) || FieldNumber(kMPSFieldNumber1) >= 0.0) return;
     // A negative upper bound over the default lower bound of 0 frees the
     // lower bound; the UP card itself then sets the upper bound.
-    ILPVariable* var = FindVariable(column);
+    ILPVariable* var = m_sink.FindVariable(column);
     if (var == nullptr || var->GetBoundLower() != 0.0) return;
     if (m_explicitLower.count(column) != 0) {
         CardError("MPS BOUNDS Section Error - Negative Upper Bound Over An Explicit Lower Bound Of 0",
@@ -243,11 +243,11 @@ void MPSToolsReader::ENDATACard() {
 }
 
 void MPSToolsReader::FinishColumns() {
-    if (m_columnsFinished || m_varList == nullptr) return;
+    if (m_columnsFinished || m_sink.Variables() == nullptr) return;
     m_columnsFinished = true;
     m_emptyColumns.erase("'MARKER'");
     for (const std::string& name : m_integerColumns) {
-        if (ILPVariable* var = FindVariable(name.c_str())) {
+        if (ILPVariable* var = m_sink.FindVariable(name.c_str())) {
             var->SetVarType(ZEM_VAR_DISCRETE);
             var->SetBoundUpper(1.0);
         }
@@ -291,9 +291,10 @@ void MPSToolsReader::ObjectiveSense(const char* word) {
 
 void MPSToolsReader::CheckMPSStatus() {
     FinishColumns();
-    if (m_eqnList == nullptr) return;
+    ILPEquationList* eqns = m_sink.Equations();
+    if (eqns == nullptr) return;
     std::vector<ILPEquation*> freeRows;
-    for (ILPEquation* e = m_eqnList->FrstEquationObject(); e != nullptr; e = m_eqnList->NextEquationObject()) {
+    for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
         const int16_t type = e->GetType();
         if (type == ZEM_EQN_FREE) {
             freeRows.push_back(e);

@@ -111,7 +111,7 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
         // A keyword cut short could name another term (a user equation's
         // formula is its keyword), so a longer one is refused.
         if (t.n > kMax)
-            CardFault("XMPS NONLINEAR Section Error - Keyword longer than 128 characters", kNonLinearRoutine, __LINE__);
+            CardError("XMPS NONLINEAR Section Error - Keyword longer than 128 characters", kNonLinearRoutine, __LINE__);
         copy(m_keyword, t, kMax);
         t = map->Next(after(t));
         if (t.text == nullptr) return kXMPSCardToken;
