@@ -62,16 +62,17 @@ bool HasStatusKey(int16_t s) {
     return (s >= ZEM_STATUS_NONBASIC && s <= ZEM_STATUS_NONBASIC_LB) || s == ZEM_STATUS_STEP_BOUNDED;
 }
 
-// Which rows have a card, and what the first "N" card depends on.
+// Which rows have a term card, and what the first "N" card depends on.
 struct RowCards {
-    std::vector<char> hasCard;     // by equation index
+    std::vector<char> hasTerm;     // by equation index
+    std::unordered_set<const ILPEquation*> freeRows;
     bool objectiveCoefficient = false;
     bool objectiveProduct = false;
     bool freeCoefficient = false;
     bool freeProduct = false;
 };
 
-void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objective) {
+void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objective, RowCards& rows) {
     ILPEquationList* eqns = nullptr;
     m->GetEquationCollectionIntf(&eqns);
     if (eqns == nullptr) return;
@@ -94,10 +95,11 @@ void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objecti
             }
             objective = e;
         }
+        if (e->GetType() == ZEM_EQN_FREE) rows.freeRows.insert(e);
     }
 }
 
-void CheckVariables(IZEMDataMgr* m, const Refusal& refuse) {
+void CheckVariables(IZEMDataMgr* m, ILPMatrix* matrix, const Refusal& refuse) {
     ILPVariableList* vars = nullptr;
     m->GetVariableCollectionIntf(&vars);
     if (vars == nullptr) return;
@@ -115,6 +117,9 @@ void CheckVariables(IZEMDataMgr* m, const Refusal& refuse) {
                          "its basis state " + std::to_string(v->GetVarStatus()) + " has no key");
         }
         if (v->GetBlkMember() != 0) refuse.Raise("Variable", v->GetName(), "it belongs to a nonlinear block");
+        // A column with entries stands on coefficient cards (its zero
+        // entries are refused, or stand on term cards too).
+        if (matrix != nullptr && matrix->NonZerosInColumn(v->GetIndex()) > 0) refuse.CardVariable(v);
         const char* description = v->GetDescription();
         if (description != nullptr && description[0] != '\0') {
             refuse.Raise("Variable", v->GetName(), "the format has no place for its description");
@@ -122,22 +127,25 @@ void CheckVariables(IZEMDataMgr* m, const Refusal& refuse) {
     }
 }
 
-void CheckMatrix(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objective, RowCards& rows) {
-    ILPMatrix* matrix = nullptr;
-    m->GetMatrixIntf(&matrix);
+// One pass over the entries in storage order, reading the entries alone:
+// zero coefficients, and whether the objective or a free row has an XLINEAR
+// coefficient card. Reading each entry's row and column as well made the
+// benchmark model's XMPS write take 844 ms instead of 671 ms (bench_xmps_io,
+// full size: 173 against 218 MiB/s); columns and rows are checked once each
+// instead, through their entry counts.
+void CheckMatrix(ILPMatrix* matrix, const Refusal& refuse, const ILPEquation* objective, RowCards& rows) {
     if (matrix == nullptr) return;
     for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz != nullptr; nz = matrix->NextNonZeroObject()) {
-        ILPEquation* e = nz->GetEquationPtr();
         if (nz->GetCoefficient() == 0.0) {
             // Entries of the terms come back with the terms.
             if (nz->GetNonlinear() != 0) continue;
-            refuse.Raise("Entry", (std::string(e->GetName()) + ", " + nz->GetVariablePtr()->GetName()).c_str(),
+            refuse.Raise("Entry",
+                         (std::string(nz->GetEquationPtr()->GetName()) + ", " + nz->GetVariablePtr()->GetName()).c_str(),
                          "its coefficient is 0, which the format does not write");
         }
-        refuse.CardVariable(nz->GetVariablePtr());
-        rows.hasCard[static_cast<size_t>(e->GetIndex())] = 1;
+        const ILPEquation* e = nz->GetEquationPtr();
         if (e == objective) rows.objectiveCoefficient = true;
-        if (e->GetType() == ZEM_EQN_FREE) rows.freeCoefficient = true;
+        if (!rows.freeRows.empty() && rows.freeRows.count(e) != 0) rows.freeCoefficient = true;
     }
 }
 
@@ -168,13 +176,14 @@ void CheckTerms(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* object
             refuse.Raise("Term", label.c_str(), "its keyword cannot stand on a card");
         }
         for (ILPVariable* v = t->FrstVar(); v != nullptr; v = t->NextVar()) refuse.CardVariable(v);
-        rows.hasCard[static_cast<size_t>(e->GetIndex())] = 1;
+        rows.hasTerm[static_cast<size_t>(e->GetIndex())] = 1;
         if (xlinear && e == objective) rows.objectiveProduct = true;
         if (xlinear && e->GetType() == ZEM_EQN_FREE) rows.freeProduct = true;
     }
 }
 
-void CheckRows(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objective, const RowCards& rows) {
+void CheckRows(IZEMDataMgr* m, ILPMatrix* matrix, const Refusal& refuse, const ILPEquation* objective,
+               const RowCards& rows) {
     ILPEquationList* eqns = nullptr;
     m->GetEquationCollectionIntf(&eqns);
     if (eqns == nullptr) return;
@@ -186,7 +195,9 @@ void CheckRows(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objecti
         objective != nullptr &&
         (rows.objectiveCoefficient || (!rows.freeCoefficient && (rows.objectiveProduct || !rows.freeProduct)));
     for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
-        if (rows.hasCard[static_cast<size_t>(e->GetIndex())] == 0) {
+        const bool hasCard = rows.hasTerm[static_cast<size_t>(e->GetIndex())] != 0 ||
+                             (matrix != nullptr && matrix->NonZerosInRow(e->GetIndex()) > 0);
+        if (!hasCard) {
             refuse.Raise("Equation", e->GetName(),
                          "it has no coefficient or term, and the format makes rows only from those");
         }
@@ -259,16 +270,18 @@ void CheckWritable(IZEMDataMgr* model, const char* routine) {
     model->GetModelTitle(title);
     if (const char* fault = NameFault(title.c_str())) refuse.Raise("Model title", title.c_str(), fault);
 
+    ILPMatrix* matrix = nullptr;
+    model->GetMatrixIntf(&matrix);
     ILPEquation* objective = nullptr;
-    CheckEquations(model, refuse, objective);
-    CheckVariables(model, refuse);
+    RowCards rows;
+    CheckEquations(model, refuse, objective, rows);
+    CheckVariables(model, matrix, refuse);
     ILPEquationList* eqns = nullptr;
     model->GetEquationCollectionIntf(&eqns);
-    RowCards rows;
-    rows.hasCard.assign(static_cast<size_t>(eqns != nullptr ? eqns->NumberOfEquations() : 0) + 1, 0);
-    CheckMatrix(model, refuse, objective, rows);
+    rows.hasTerm.assign(static_cast<size_t>(eqns != nullptr ? eqns->NumberOfEquations() : 0) + 1, 0);
+    CheckMatrix(matrix, refuse, objective, rows);
     CheckTerms(model, refuse, objective, rows);
-    CheckRows(model, refuse, objective, rows);
+    CheckRows(model, matrix, refuse, objective, rows);
     CheckSetsGroupsOptions(model, refuse);
 }
 
