@@ -10,7 +10,7 @@
 #include "lpdata/ILPVariableList.h"
 #include "nlpdata/INonLinearModel.h"
 #include "zemmgr/IZEMMgr.h"
-#include "zemoper/ZEMModelParts.h"
+#include "zemmgr/ZEMModelParts.h"
 
 using flat::As;
 using flat::StoreFound;

@@ -12,6 +12,7 @@
 #include "lpdata/ZEMException.h"
 #include "nlpdata/INonLinearModel.h"
 #include "zemmgr/IZEMMgr.h"
+#include "zemmgr/ZEMModelParts.h"
 
 void CaseReadError(const std::string& message) {
     ZEM_RAISE(zemsrc::kCases, "CZEMCaseMgr Error", message, "CZEMCaseMgr::RestoreFromStream");
@@ -108,13 +109,11 @@ ZEMEditTargets ZEMEditTargets::FromModel(IZEMMgr* mgr) {
     ZEMEditTargets t;
     t.mgr = mgr;
     if (mgr == nullptr) return t;
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    INonLinearModel* nl = nullptr;
-    mgr->GetVariableCollectionIntf(&vars);
-    mgr->GetEquationCollectionIntf(&eqns);
-    mgr->GetMatrixIntf(&t.matrix);
-    mgr->GetNonLinearModelIntf(&nl);
+    const ZEMModelParts parts(mgr);
+    ILPVariableList* vars = parts.vars;
+    ILPEquationList* eqns = parts.eqns;
+    INonLinearModel* nl = parts.terms;
+    t.matrix = parts.matrix;
     // The lists hand out each object by its index, so the tables are
     // filled without visiting the objects themselves.
     if (vars != nullptr) {

@@ -24,6 +24,7 @@
 #include "xmpsutil/XMPSTokens.h"
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/IZEMOptionTable.h"
+#include "zemmgr/ZEMModelParts.h"
 
 namespace xmpscheck {
 
@@ -72,9 +73,8 @@ struct RowCards {
     bool freeProduct = false;
 };
 
-void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objective, RowCards& rows) {
-    ILPEquationList* eqns = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
+void CheckEquations(const ZEMModelParts& m, const Refusal& refuse, ILPEquation*& objective, RowCards& rows) {
+    ILPEquationList* eqns = m.eqns;
     if (eqns == nullptr) return;
     std::unordered_set<std::string_view> names;
     for (ILPEquation* e = eqns->FrstEquationObject(); e != nullptr; e = eqns->NextEquationObject()) {
@@ -99,9 +99,9 @@ void CheckEquations(IZEMDataMgr* m, const Refusal& refuse, ILPEquation*& objecti
     }
 }
 
-void CheckVariables(IZEMDataMgr* m, ILPMatrix* matrix, const Refusal& refuse) {
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
+void CheckVariables(const ZEMModelParts& m, const Refusal& refuse) {
+    ILPVariableList* vars = m.vars;
+    ILPMatrix* matrix = m.matrix;
     if (vars == nullptr) return;
     std::unordered_set<std::string_view> names;
     for (ILPVariable* v = vars->FrstVariableObject(); v != nullptr; v = vars->NextVariableObject()) {
@@ -149,9 +149,8 @@ void CheckMatrix(ILPMatrix* matrix, const Refusal& refuse, const ILPEquation* ob
     }
 }
 
-void CheckTerms(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* objective, RowCards& rows) {
-    INonLinearModel* nl = nullptr;
-    m->GetNonLinearModelIntf(&nl);
+void CheckTerms(const ZEMModelParts& m, const Refusal& refuse, const ILPEquation* objective, RowCards& rows) {
+    INonLinearModel* nl = m.terms;
     if (nl == nullptr) return;
     INonLinearBlockList* blocks = nl->NLBlockList();
     if (blocks != nullptr && blocks->NumberOfBlocks() > 0) {
@@ -182,10 +181,9 @@ void CheckTerms(IZEMDataMgr* m, const Refusal& refuse, const ILPEquation* object
     }
 }
 
-void CheckRows(IZEMDataMgr* m, ILPMatrix* matrix, const Refusal& refuse, const ILPEquation* objective,
-               const RowCards& rows) {
-    ILPEquationList* eqns = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
+void CheckRows(const ZEMModelParts& m, const Refusal& refuse, const ILPEquation* objective, const RowCards& rows) {
+    ILPEquationList* eqns = m.eqns;
+    ILPMatrix* matrix = m.matrix;
     if (eqns == nullptr) return;
     // The first "N" card read makes its row the objective: it must be the
     // objective's. The objective's coefficients come first, then the other
@@ -208,9 +206,7 @@ void CheckRows(IZEMDataMgr* m, ILPMatrix* matrix, const Refusal& refuse, const I
     }
 }
 
-void CheckSetsGroupsOptions(IZEMDataMgr* m, const Refusal& refuse) {
-    ILPSpOrdSetList* sets = nullptr;
-    m->GetSpOrdSetCollectionIntf(&sets);
+void CheckSetsGroupsOptions(IZEMDataMgr* m, ILPSpOrdSetList* sets, const Refusal& refuse) {
     if (sets != nullptr) {
         for (ILPSpOrdSet* s = sets->FrstSpOrdSetObject(); s != nullptr; s = sets->NextSpOrdSetObject()) {
             refuse.Name("Set", s->GetName());
@@ -270,19 +266,16 @@ void CheckWritable(IZEMDataMgr* model, const char* routine) {
     model->GetModelTitle(title);
     if (const char* fault = NameFault(title.c_str())) refuse.Raise("Model title", title.c_str(), fault);
 
-    ILPMatrix* matrix = nullptr;
-    model->GetMatrixIntf(&matrix);
+    const ZEMModelParts parts(model);
     ILPEquation* objective = nullptr;
     RowCards rows;
-    CheckEquations(model, refuse, objective, rows);
-    CheckVariables(model, matrix, refuse);
-    ILPEquationList* eqns = nullptr;
-    model->GetEquationCollectionIntf(&eqns);
-    rows.hasTerm.assign(static_cast<size_t>(eqns != nullptr ? eqns->NumberOfEquations() : 0) + 1, 0);
-    CheckMatrix(matrix, refuse, objective, rows);
-    CheckTerms(model, refuse, objective, rows);
-    CheckRows(model, matrix, refuse, objective, rows);
-    CheckSetsGroupsOptions(model, refuse);
+    CheckEquations(parts, refuse, objective, rows);
+    CheckVariables(parts, refuse);
+    rows.hasTerm.assign(static_cast<size_t>(parts.eqns != nullptr ? parts.eqns->NumberOfEquations() : 0) + 1, 0);
+    CheckMatrix(parts.matrix, refuse, objective, rows);
+    CheckTerms(parts, refuse, objective, rows);
+    CheckRows(parts, refuse, objective, rows);
+    CheckSetsGroupsOptions(model, parts.sets, refuse);
 }
 
 }  // namespace xmpscheck

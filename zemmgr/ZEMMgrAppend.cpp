@@ -23,6 +23,7 @@
 #include "lpdata/LPVariableCollection.h"
 #include "nlpdata/INonLinearModel.h"
 #include "zemmgr/ZEMMgr.h"
+#include "zemmgr/ZEMModelParts.h"
 #include "zemmgr/ZEMOptionTable.h"
 
 namespace {
@@ -208,30 +209,21 @@ void ZEMMgr::AppendFromZEM(IZEMMgr* other, const char* prefix, const char* suffi
         AppendFromZEM(copy.get(), prefix, suffix);
         return;
     }
-    ILPVariableList* vars = nullptr;
-    ILPEquationList* eqns = nullptr;
-    ILPMatrix* matrix = nullptr;
-    ILPSpOrdSetList* sets = nullptr;
-    INonLinearModel* nonlinear = nullptr;
-    other->GetVariableCollectionIntf(&vars);
-    other->GetEquationCollectionIntf(&eqns);
-    other->GetMatrixIntf(&matrix);
-    other->GetSpOrdSetCollectionIntf(&sets);
-    other->GetNonLinearModelIntf(&nonlinear);
+    const ZEMModelParts source(other);
 
     ILPVariable** varRaw = nullptr;
-    AppendVarList(vars, &varRaw, prefix, suffix);
+    AppendVarList(source.vars, &varRaw, prefix, suffix);
     std::unique_ptr<ILPVariable*[]> varMap(varRaw);
     ILPEquation** eqnRaw = nullptr;
-    AppendEqnList(eqns, &eqnRaw, prefix, suffix);
+    AppendEqnList(source.eqns, &eqnRaw, prefix, suffix);
     std::unique_ptr<ILPEquation*[]> eqnMap(eqnRaw);
     ILPNonZero** nzRaw = nullptr;
-    AppendMatrix(matrix, &nzRaw, varMap.get(), eqnMap.get());
+    AppendMatrix(source.matrix, &nzRaw, varMap.get(), eqnMap.get());
     std::unique_ptr<ILPNonZero*[]> nzMap(nzRaw);
     ILPSpOrdSet** setRaw = nullptr;
-    AppendSOSList(sets, &setRaw, varMap.get(), prefix, suffix);
+    AppendSOSList(source.sets, &setRaw, varMap.get(), prefix, suffix);
     std::unique_ptr<ILPSpOrdSet*[]> setMap(setRaw);
-    if (nonlinear != nullptr) m_nonlinear->AppendNonLinearModel(nonlinear, varMap.get(), eqnMap.get());
+    if (source.terms != nullptr) m_nonlinear->AppendNonLinearModel(source.terms, varMap.get(), eqnMap.get());
 
     std::list<ILPVariableCollection*> cols;
     ILPVariableCollection* col = nullptr;

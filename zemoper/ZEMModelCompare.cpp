@@ -22,7 +22,7 @@
 #include "zemmgr/IZEMMgr.h"
 #include "zemmgr/ZEMModelFile.h"
 #include "zemoper/ZEMModelOperations.h"
-#include "zemoper/ZEMModelParts.h"
+#include "zemmgr/ZEMModelParts.h"
 
 namespace {
 

@@ -11,11 +11,13 @@ struct ZEMModelParts {
     ILPEquationList* eqns = nullptr;
     ILPMatrix* matrix = nullptr;
     INonLinearModel* terms = nullptr;
+    ILPSpOrdSetList* sets = nullptr;
 
     explicit ZEMModelParts(IZEMDataMgr* model) {
         model->GetVariableCollectionIntf(&vars);
         model->GetEquationCollectionIntf(&eqns);
         model->GetMatrixIntf(&matrix);
         model->GetNonLinearModelIntf(&terms);
+        model->GetSpOrdSetCollectionIntf(&sets);
     }
 };
