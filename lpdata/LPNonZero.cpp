@@ -8,10 +8,10 @@
 std::atomic<uint64_t> LPNonZero::s_changes{0};
 
 LPNonZero::LPNonZero(const LPNonZero& other)
-    : ILPNonZero(other), m_index(other.m_index), m_modelIndex(other.m_modelIndex),
-      m_equation(other.m_equation), m_variable(other.m_variable),
-      m_coefficient(other.m_coefficient), m_partial(other.m_partial),
-      m_nonlinear(other.m_nonlinear), m_diffed(other.m_diffed) {
+    : ILPNonZero(other), m_equation(other.m_equation), m_variable(other.m_variable),
+      m_coefficient(other.m_coefficient), m_partial(other.m_partial), m_index(other.m_index),
+      m_modelIndex(other.m_modelIndex), m_nonlinear(other.m_nonlinear),
+      m_diffed(other.m_diffed) {
     Changed();
 }
 
@@ -30,8 +30,8 @@ LPNonZero& LPNonZero::operator=(const LPNonZero& other) {
 }
 
 void LPNonZero::Destroy() {
-    if (m_pool != nullptr)
-        m_pool->Give(this);
+    if (m_pooled)
+        LPNonZeroPool::PoolOf(this)->Give(this);
     else
         delete this;
 }

@@ -1,7 +1,8 @@
 // The concrete matrix entry. Its row and column numbers are read through the
 // equation and variable it points to. Entries made by a matrix live in the
-// matrix's pool (LPNonZeroPool.h) and go back to it on Destroy; others (made
-// with new) are deleted.
+// matrix's pool (LPNonZeroPool.h), which they find from their own address,
+// and go back to it on Destroy; others (made with new) are deleted. The
+// fields are ordered so that the entry takes 56 bytes, a pool slot exactly.
 //
 // Every write of a coefficient, an equation or a variable pointer (setters,
 // copy, assignment) advances one process-wide change counter, so that copies
@@ -70,13 +71,13 @@ private:
     }
     static std::atomic<uint64_t> s_changes;
 
-    int32_t m_index = 0;
-    int32_t m_modelIndex = 0;
     ILPEquation* m_equation = nullptr;
     ILPVariable* m_variable = nullptr;
     double m_coefficient = 0.0;
     double m_partial = 0.0;
+    int32_t m_index = 0;
+    int32_t m_modelIndex = 0;
     int16_t m_nonlinear = 0;
     bool m_diffed = false;
-    LPNonZeroPool* m_pool = nullptr;  // the pool that holds this entry, if any
+    bool m_pooled = false;  // made by a pool (not copied: a copy is a heap object)
 };

@@ -1,5 +1,6 @@
 #include "lpdata/LPNonZeroPool.h"
 
+#include <cstdint>
 #include <new>
 
 #include "lpdata/LPNonZero.h"
@@ -21,26 +22,44 @@
 #define ZEM_UNPOISON(p, n) ((void)(p), (void)(n))
 #endif
 
-namespace {
-constexpr size_t kLargestChunk = 16384;
-}
-
 LPNonZeroPool* LPNonZeroPool::Create() { return new LPNonZeroPool(); }
 
+void LPNonZeroPool::ChunkFree::operator()(unsigned char* p) const {
+    ::operator delete(p, std::align_val_t{kPageBytes});
+}
+
+LPNonZeroPool* LPNonZeroPool::PoolOf(const LPNonZero* nz) {
+    const uintptr_t page = reinterpret_cast<uintptr_t>(nz) & ~static_cast<uintptr_t>(kPageBytes - 1);
+    return *reinterpret_cast<LPNonZeroPool* const*>(page);
+}
+
 bool LPNonZeroPool::AddChunk() {
-    static_assert(sizeof(LPNonZero) <= sizeof(Slot), "a nonzero must fit a pool slot");
+    static_assert(sizeof(LPNonZero) == kSlotBytes, "a nonzero fills a pool slot");
     static_assert(alignof(LPNonZero) <= alignof(Slot), "a pool slot must align a nonzero");
-    const size_t n = m_nextChunk;
-    std::unique_ptr<Slot[]> chunk(new (std::nothrow) Slot[n]);
+    static_assert(sizeof(Slot) == kSlotBytes, "slots lie back to back");
+    const size_t pages = m_nextChunkPages;
+    std::unique_ptr<unsigned char[], ChunkFree> chunk(static_cast<unsigned char*>(
+        ::operator new(pages * kPageBytes, std::align_val_t{kPageBytes}, std::nothrow)));
     if (!chunk) return false;
     // Thread the slots onto the free list in address order, so that
     // nonzeros made one after another sit side by side.
-    for (size_t i = 0; i + 1 < n; ++i) chunk[i].next = &chunk[i + 1];
-    chunk[n - 1].next = m_free;
-    m_free = &chunk[0];
-    ZEM_POISON(chunk.get(), n * sizeof(Slot));
+    Slot* first = nullptr;
+    Slot** link = &first;
+    for (size_t p = 0; p < pages; ++p) {
+        unsigned char* page = chunk.get() + p * kPageBytes;
+        *reinterpret_cast<LPNonZeroPool**>(page) = this;
+        Slot* slots = reinterpret_cast<Slot*>(page + kHeadBytes);
+        for (size_t i = 0; i < kSlotsPerPage; ++i) {
+            *link = &slots[i];
+            link = &slots[i].next;
+        }
+    }
+    *link = m_free;
+    m_free = first;
+    for (size_t p = 0; p < pages; ++p)
+        ZEM_POISON(chunk.get() + p * kPageBytes + kHeadBytes, kSlotsPerPage * sizeof(Slot));
     m_chunks.push_back(std::move(chunk));
-    if (m_nextChunk < kLargestChunk) m_nextChunk *= 2;
+    if (m_nextChunkPages < kLargestChunkPages) m_nextChunkPages *= 2;
     return true;
 }
 
@@ -50,7 +69,7 @@ LPNonZero* LPNonZeroPool::Make() {
     ZEM_UNPOISON(slot, sizeof(Slot));
     m_free = slot->next;
     LPNonZero* nz = new (slot->bytes) LPNonZero();
-    nz->m_pool = this;
+    nz->m_pooled = true;
     ++m_refs;
     return nz;
 }

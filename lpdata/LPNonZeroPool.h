@@ -2,9 +2,18 @@
 //
 // A large model has millions of nonzeros; allocating each on the heap costs
 // an allocator call, a header and scattered memory. The pool hands out
-// nonzeros from chunks of contiguous slots (64, 128, ... up to 16,384 slots a
-// chunk), so consecutive nonzeros sit side by side, and takes their slots
-// back on a free list when they are destroyed.
+// nonzeros from chunks of contiguous slots, so consecutive nonzeros sit side
+// by side, and takes their slots back on a free list when they are destroyed.
+//
+// A chunk is 1, 2, 4, ... up to 256 pages of 4,096 bytes, aligned to a page.
+// Every page starts with a pointer to the pool, followed by as many slots as
+// fit (73 nonzeros of 56 bytes: the page is used to the byte):
+//
+//   page:  [pool*][slot 0][slot 1] ... [slot 72]
+//
+// so a nonzero finds its pool from its own address (PoolOf) and needs no
+// pointer of its own. That keeps a nonzero at 56 bytes instead of 64: 19 MB
+// less on the 2.4-million-entry benchmark read.
 //
 // Lifetime: the pool counts its owner (the matrix) and every nonzero it has
 // handed out and not taken back; the memory goes when the count reaches zero.
@@ -34,11 +43,23 @@ public:
     void Give(LPNonZero* nz);
     // The owner lets go of the pool.
     void Drop() { Unref(); }
+    // The pool whose slot holds nz (which a pool made).
+    static LPNonZeroPool* PoolOf(const LPNonZero* nz);
 
 private:
+    static constexpr size_t kPageBytes = 4096;
+    // The per-page pointer to the pool, then the slots.
+    static constexpr size_t kHeadBytes = sizeof(void*);
+    static constexpr size_t kSlotBytes = 56;
+    static constexpr size_t kSlotsPerPage = (kPageBytes - kHeadBytes) / kSlotBytes;
+    static constexpr size_t kLargestChunkPages = 256;
+
     union Slot {
         Slot* next;
-        alignas(alignof(std::max_align_t)) unsigned char bytes[64];
+        alignas(8) unsigned char bytes[kSlotBytes];
+    };
+    struct ChunkFree {
+        void operator()(unsigned char* p) const;
     };
 
     LPNonZeroPool() = default;
@@ -48,8 +69,8 @@ private:
         if (--m_refs == 0) delete this;
     }
 
-    std::vector<std::unique_ptr<Slot[]>> m_chunks;
-    size_t m_nextChunk = 64;
+    std::vector<std::unique_ptr<unsigned char[], ChunkFree>> m_chunks;
+    size_t m_nextChunkPages = 1;
     Slot* m_free = nullptr;
     size_t m_refs = 1;
 };
