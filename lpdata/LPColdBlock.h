@@ -13,8 +13,8 @@
 //
 // `Cold` must be constant-initialisable (constexpr default constructor), so
 // that the shared defaults exist before any other static initialiser runs.
-// An entity pays one pointer for all these fields; the benchmark read (where
-// none of them is set) saves 72 bytes per column and 40 per row this way.
+// An entity pays one pointer for all these fields; in the benchmark read,
+// which sets none of them, that saves 72 bytes per column and 40 per row.
 #pragma once
 
 #include <cstdint>

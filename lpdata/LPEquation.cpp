@@ -4,6 +4,11 @@
 
 #include "lpdata/LPCompareReport.h"
 
+#if defined(__x86_64__)
+// The measured goal of the layout (152 bytes before; see LPEquation.h).
+static_assert(sizeof(LPEquation) <= 96, "LPEquation grew beyond its 96 bytes");
+#endif
+
 void LPEquation::SetRange(double v) {
     m_cold.Set(&Cold::range, v);
     ProcessRangeRHS();

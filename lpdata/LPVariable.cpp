@@ -4,6 +4,11 @@
 
 #include "lpdata/LPCompareReport.h"
 
+#if defined(__x86_64__)
+// The measured goal of the layout (184 bytes before; see LPVariable.h).
+static_assert(sizeof(LPVariable) <= 88, "LPVariable grew beyond its 88 bytes");
+#endif
+
 void LPVariable::SetDescription(const char* text) {
     // A null or empty text clears the description; neither makes a block.
     if (m_cold.Made() || (text != nullptr && *text != '\0')) m_cold.Write().description.Assign(text);

@@ -6,8 +6,10 @@
 // Layout: the object holds what a read, an evaluation or the linearisation
 // set for every column (name, index, value, bounds, base value, type,
 // status, counts); the rarely-set fields live in an LPColdBlock made on the
-// first write that changes one of them. 88 bytes on x86-64 instead of 184:
-// 38 MB less on a read of 400,000 columns.
+// first write that changes one of them. 88 bytes on x86-64 instead of 184
+// (a 96-byte heap block instead of 192): with the row's layout, the peak of
+// the benchmark read (400,000 columns, 200,000 rows) fell from 378.8 MiB to
+// 334.4 MiB.
 #pragma once
 
 #include "lpdata/ILPVariable.h"
