@@ -153,79 +153,54 @@ TEST(LPNonZero, CompareSkipsCoefficientsOfNonlinearEntries) {
 TEST(LPColdBlock, DefaultsFirstWriteCopyAndCompare) {
     struct Cold {
         double step = 2.0;
-        int block = 0;
     };
     LPColdBlock<Cold> c;
     c.Set(&Cold::step, 2.0);
-    c.Set(&Cold::block, 0);
     EXPECT_FALSE(c.Made());
     c.Set(&Cold::step, -0.0);
-    ASSERT_TRUE(c.Made());
-    EXPECT_TRUE(std::signbit(c.Get(&Cold::step)));
-    LPColdBlock<Cold> copy(c);
+    const LPColdBlock<Cold> copy(c);
     c.Set(&Cold::step, 5.0);
-    EXPECT_TRUE(std::signbit(copy.Get(&Cold::step)));
+    EXPECT_TRUE(copy.Made() && std::signbit(copy.Get(&Cold::step)));
 
-    LPVariable v;
-    EXPECT_EQ(v.GetStepBound(), 2e20);
-    EXPECT_EQ(v.GetSampleBoundLower(), -1e20);
-    EXPECT_EQ(v.GetRelaxedBoundUpper(), 1e20);
-    EXPECT_EQ(v.GetComplementarityTarget(), nullptr);
-    v.SetTempBoundLower(0.0);
-    v.SetDescription("");
+    LPVariable v, plain;
     v.SetStepBound(4.0);
     v.SetComplementarityTarget(&v);
     const LPVariable vCopy(v);
     v.SetStepBound(6.0);
     EXPECT_EQ(vCopy.GetStepBound(), 4.0);
     EXPECT_EQ(vCopy.GetComplementarityTarget(), &v);
-    EXPECT_EQ(vCopy.GetSampleBoundUpper(), 1e20);
+    EXPECT_EQ(vCopy.GetSampleBoundLower(), -1e20);
     std::ostringstream os;
-    LPVariable plain;
     EXPECT_EQ(plain.Compare(&v, os, 1, true, true, false, 1e-9, 0, 0), -1);
-    EXPECT_NE(os.str().find(" step bounds do not match: p1 is "), std::string::npos);
+    EXPECT_NE(os.str().find(" step bounds do not match: p1 is 2e+20"), std::string::npos);
 
     LPEquation e;
-    EXPECT_EQ(e.GetEqnScale(), 1.0);
     e.SetType(ZEM_EQN_GE);
     e.SetRHS(2.0);
     e.SetRange(-3.0);
     const LPEquation eCopy(e);
-    EXPECT_EQ(eCopy.GetRange(), -3.0);
     EXPECT_EQ(eCopy.GetRHSUp(), 5.0);
-    EXPECT_EQ(eCopy.GetResidualValue(), 1e20);
-    std::ostringstream same;
-    EXPECT_EQ(LPEquation(eCopy).Compare(&e, same, 1, true, 1e-9, 0, 0, false), 0);
-    EXPECT_EQ(same.str(), "");
+    EXPECT_EQ(LPEquation(eCopy).Compare(&e, os, 1, true, 1e-9, 0, 0, false), 0);
 }
 
 TEST(LPName, ShortAndLongNames) {
-    const std::string n15(15, 'a'), n16(16, 'b'), n100(100, 'c');
+    const std::string n15(15, 'a'), n100(100, 'c');
     LPName n;
-    EXPECT_STREQ(n.c_str(), "");
-    for (const std::string* s : {&n15, &n16, &n100, &n15}) {
+    for (const std::string* s : {&n15, &n100, &n15}) {
         n.Assign(s->c_str());
         EXPECT_EQ(n.c_str(), *s);
     }
     n.Assign(nullptr);
     EXPECT_STREQ(n.c_str(), "");
     n.Assign(n100.c_str());
-    LPName copy(n);
-    n.Assign(n.c_str());  // from its own text, on the heap and inline
-    EXPECT_EQ(n.c_str(), n100);
+    const LPName copy(n);
+    n.Assign(n.c_str());  // from its own text
     n.Assign("ROW1");
-    n.Assign(n.c_str());
+    EXPECT_EQ(copy.c_str(), n100);
     EXPECT_STREQ(n.c_str(), "ROW1");
-    EXPECT_EQ(copy.c_str(), n100);
-    const LPName& alias = copy;
-    copy = alias;
-    EXPECT_EQ(copy.c_str(), n100);
-    EXPECT_TRUE(copy.StartsWith("cccc"));
     EXPECT_FALSE(LPName("CDE").StartsWith("CDEC"));
 
     LPEquation e;
-    e.SetName(n16.c_str());
-    EXPECT_EQ(e.GetName(), n16);
-    e.SetName("R1");
-    EXPECT_STREQ(LPEquation(e).GetName(), "R1");
+    e.SetName(n100.c_str());
+    EXPECT_EQ(LPEquation(e).GetName(), n100);
 }
