@@ -17,7 +17,6 @@
 
 #include <cstddef>
 #include <cstring>
-#include <new>
 
 class LPName {
 public:
