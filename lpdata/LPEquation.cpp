@@ -4,8 +4,13 @@
 
 #include "lpdata/LPCompareReport.h"
 
+#if defined(__x86_64__)
+// The measured goal of the layout (152 bytes before; see LPEquation.h).
+static_assert(sizeof(LPEquation) <= 96, "LPEquation grew beyond its 96 bytes");
+#endif
+
 void LPEquation::SetRange(double v) {
-    m_range = v;
+    m_cold.Set(&Cold::range, v);
     ProcessRangeRHS();
 }
 
@@ -25,18 +30,19 @@ void LPEquation::SetRHSUp(double v) {
 }
 
 void LPEquation::ProcessRangeRHS() {
+    const double range = m_cold.Get(&Cold::range);
     if (m_type == ZEM_EQN_GE) {
         m_rhsLower = m_rhs;
-        m_rhsUpper = m_rhs + std::fabs(m_range);
+        m_rhsUpper = m_rhs + std::fabs(range);
     } else if (m_type == ZEM_EQN_LE) {
         m_rhsUpper = m_rhs;
-        m_rhsLower = m_rhs - std::fabs(m_range);
+        m_rhsLower = m_rhs - std::fabs(range);
     }
 }
 
 void LPEquation::Display(std::ostream& os) {
-    os << "Equation [" << m_index << "] : " << m_name << "\n";
-    os << " RHS = " << m_rhs << ", Range = " << m_range << "\n";
+    os << "Equation [" << m_index << "] : " << m_name.c_str() << "\n";
+    os << " RHS = " << m_rhs << ", Range = " << m_cold.Get(&Cold::range) << "\n";
     os << " Type = " << ZEMEqnTypeWord(m_type) << "\n";
     os << " EqnValue w/o RHS = " << m_value << "\n";
     os << " Matrix Nonzeros = " << m_numberNZ << "\n";
@@ -48,11 +54,12 @@ int LPEquation::Compare(ILPEquation* other, std::ostream& os, int mode, bool che
                         double tol, int nz1, int nz2, bool /*shortForm*/) {
     if (other == nullptr) return 0;
     LPCompareReport rep(os, "Equation", m_name.c_str(), mode);
-    const bool bcap = mode == 3 && m_name.compare(0, 4, "BCAP") == 0;
-    const bool eopn = mode == 3 && m_name.compare(0, 4, "EOPN") == 0;
+    const bool bcap = mode == 3 && m_name.StartsWith("BCAP");
+    const bool eopn = mode == 3 && m_name.StartsWith("EOPN");
+    const Cold& cold = m_cold.Read();
 
-    if (!bcap && !ZEMValuesEqual(m_range, other->GetRange(), tol))
-        rep.Line(" ranges do not match: ", m_range, other->GetRange());
+    if (!bcap && !ZEMValuesEqual(cold.range, other->GetRange(), tol))
+        rep.Line(" ranges do not match: ", cold.range, other->GetRange());
     if (m_type != other->GetType())
         rep.Line(" types do not match: ", std::string(ZEMEqnTypeCompareWord(m_type)),
                  std::string(ZEMEqnTypeCompareWord(other->GetType())));
@@ -63,8 +70,8 @@ int LPEquation::Compare(ILPEquation* other, std::ostream& os, int mode, bool che
     if (!bcap && !ZEMValuesEqual(m_rhsUpper, other->GetRHSUp(), tol))
         rep.Line(" RHSUp do not match: ", m_rhsUpper, other->GetRHSUp());
     if (!bcap && !eopn && nz1 != nz2) rep.Line(" number NZ do not match: ", nz1, nz2);
-    if (!ZEMValuesEqual(m_scale, other->GetEqnScale(), tol))
-        rep.Line(" scales do not match: ", m_scale, other->GetEqnScale());
+    if (!ZEMValuesEqual(cold.scale, other->GetEqnScale(), tol))
+        rep.Line(" scales do not match: ", cold.scale, other->GetEqnScale());
     if (m_nonlinear != other->GetNonlinear())
         rep.Line(" number nonlinear do not match: ", m_nonlinear, other->GetNonlinear());
     if (checkValues) {
@@ -72,8 +79,8 @@ int LPEquation::Compare(ILPEquation* other, std::ostream& os, int mode, bool che
             rep.Line(" value does not match: ", m_value, other->GetEqnValue());
         if (!ZEMValuesEqual(m_residual, other->GetResidualValue(), tol))
             rep.Line(" residual value does not match: ", m_residual, other->GetResidualValue());
-        if (!ZEMValuesEqual(m_infeas, other->GetInfeasValue(), tol))
-            rep.Line(" infeasibility value does not match: ", m_infeas,
+        if (!ZEMValuesEqual(cold.infeas, other->GetInfeasValue(), tol))
+            rep.Line(" infeasibility value does not match: ", cold.infeas,
                      other->GetInfeasValue());
     }
     return rep.Found() ? -1 : 0;
@@ -81,6 +88,6 @@ int LPEquation::Compare(ILPEquation* other, std::ostream& os, int mode, bool che
 
 void LPEquation::PopulateEqnIterStruct(tEqnIterDataStruct& rec) const {
     rec.value = m_value;
-    rec.baseValue = m_baseValue;
-    rec.shadowPrice = m_shadowPrice;
+    rec.baseValue = m_cold.Get(&Cold::baseValue);
+    rec.shadowPrice = m_cold.Get(&Cold::shadowPrice);
 }

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
+#include <string>
 
+#include "lpdata/LPColdBlock.h"
 #include "lpdata/LPEquation.h"
+#include "lpdata/LPName.h"
 #include "lpdata/LPNonZero.h"
 #include "lpdata/LPVariable.h"
 
@@ -141,4 +145,62 @@ TEST(LPNonZero, CompareSkipsCoefficientsOfNonlinearEntries) {
     EXPECT_EQ(cmp.str(),
               "Problem Linear NonZero for Variable C5 getnonlinear() does not match: p1 is 1, p2 is 0"
               " in Equation R3\n");
+}
+
+// The rarely-set fields read their defaults until a write changes one; a
+// write of the current value makes no block, -0.0 is not taken for 0.0, and
+// copies and Compare see the block's values.
+TEST(LPColdBlock, DefaultsFirstWriteCopyAndCompare) {
+    struct Cold {
+        double step = 2.0;
+    };
+    LPColdBlock<Cold> c;
+    c.Set(&Cold::step, 2.0);
+    EXPECT_FALSE(c.Made());
+    c.Set(&Cold::step, -0.0);
+    const LPColdBlock<Cold> copy(c);
+    c.Set(&Cold::step, 5.0);
+    EXPECT_TRUE(copy.Made() && std::signbit(copy.Get(&Cold::step)));
+
+    LPVariable v, plain;
+    v.SetStepBound(4.0);
+    v.SetComplementarityTarget(&v);
+    const LPVariable vCopy(v);
+    v.SetStepBound(6.0);
+    EXPECT_EQ(vCopy.GetStepBound(), 4.0);
+    EXPECT_EQ(vCopy.GetComplementarityTarget(), &v);
+    EXPECT_EQ(vCopy.GetSampleBoundLower(), -1e20);
+    std::ostringstream os;
+    EXPECT_EQ(plain.Compare(&v, os, 1, true, true, false, 1e-9, 0, 0), -1);
+    EXPECT_NE(os.str().find(" step bounds do not match: p1 is 2e+20"), std::string::npos);
+
+    LPEquation e;
+    e.SetType(ZEM_EQN_GE);
+    e.SetRHS(2.0);
+    e.SetRange(-3.0);
+    const LPEquation eCopy(e);
+    EXPECT_EQ(eCopy.GetRHSUp(), 5.0);
+    EXPECT_EQ(LPEquation(eCopy).Compare(&e, os, 1, true, 1e-9, 0, 0, false), 0);
+}
+
+TEST(LPName, ShortAndLongNames) {
+    const std::string n15(15, 'a'), n100(100, 'c');
+    LPName n;
+    for (const std::string* s : {&n15, &n100, &n15}) {
+        n.Assign(s->c_str());
+        EXPECT_EQ(n.c_str(), *s);
+    }
+    n.Assign(nullptr);
+    EXPECT_STREQ(n.c_str(), "");
+    n.Assign(n100.c_str());
+    const LPName copy(n);
+    n.Assign(n.c_str());  // from its own text
+    n.Assign("ROW1");
+    EXPECT_EQ(copy.c_str(), n100);
+    EXPECT_STREQ(n.c_str(), "ROW1");
+    EXPECT_FALSE(LPName("CDE").StartsWith("CDEC"));
+
+    LPEquation e;
+    e.SetName(n100.c_str());
+    EXPECT_EQ(LPEquation(e).GetName(), n100);
 }
