@@ -56,6 +56,10 @@ LPNameIndex::Slot LPNameIndex::Entry(size_t pos, const Probe& p, void* item) {
     return e;
 }
 
+void LPNameIndex::Forget(const Slot& e) {
+    if (e.position1 & kLong) m_liveBytes -= std::min(m_liveBytes, std::strlen(m_arena.data() + e.offset) + 1);
+}
+
 void LPNameIndex::Reserve(size_t entries) {
     size_t capacity = std::max<size_t>(m_slots.size(), 16);
     // Four fifths full at most: a hit then probes three slots on average,
@@ -209,7 +213,7 @@ void LPNameIndex::Erase(size_t pos) {
         m_shadows[out++] = s;
     }
     m_shadows.resize(out);
-    if (gone.position1 & kLong) m_liveBytes -= std::min(m_liveBytes, std::strlen(m_arena.data() + gone.offset) + 1);
+    Forget(gone);
     if (hole == npos) return;
     // The next entity of the same name, if any, takes the entry.
     for (size_t i = 0; i < m_shadows.size(); ++i) {
@@ -241,7 +245,7 @@ void LPNameIndex::EraseBatch(const std::vector<char>& doomed) {
         Slot e = byPosition[p];
         if (e.position1 == 0) continue;
         if (doomed[p]) {
-            if (e.position1 & kLong) m_liveBytes -= std::min(m_liveBytes, std::strlen(m_arena.data() + e.offset) + 1);
+            Forget(e);
             continue;
         }
         e.position1 = static_cast<uint32_t>(++next) | (e.position1 & kLong);

@@ -151,6 +151,8 @@ private:
     // The entry for `item` at position `pos` under the name p, its long name
     // copied.
     Slot Entry(size_t pos, const Probe& p, void* item);
+    // Counts the arena copy of a removed entry's name as garbage.
+    void Forget(const Slot& e);
     // Throws unless `bytes` more arena bytes fit the 32-bit offsets.
     void CheckArena(size_t bytes) const;
     // Makes the table hold `entries` entries within its load limit.
