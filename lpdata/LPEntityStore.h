@@ -39,9 +39,13 @@ public:
         const int idx = e->GetIndex();
         if (idx >= 1 && static_cast<size_t>(idx) <= m_items.size() && m_items[idx - 1] == e)
             return idx;
-        m_keys.push_back(m_names.Store(e->GetName(), e));
         m_items.push_back(e);
-        m_names.Insert(m_items.size() - 1, m_keys);
+        try {
+            m_names.Insert(m_items.size() - 1, e->GetName(), e);
+        } catch (...) {
+            m_items.pop_back();
+            throw;
+        }
         const int newIdx = static_cast<int>(m_items.size());
         e->SetIndex(newIdx);
         return newIdx;
@@ -53,7 +57,7 @@ public:
     // The first entity added under `name`, or null; its position (index - 1)
     // in *pos when pos is given.
     E* Lookup(const char* name, size_t* pos = nullptr) const {
-        return static_cast<E*>(m_names.FindItem(name, m_keys, pos));
+        return static_cast<E*>(m_names.FindItem(name, pos));
     }
 
     // Index above the count: null; index 1 or below: the first entity.
@@ -74,27 +78,21 @@ public:
     }
 
     // Appends entities that are in no list yet (a read), as Add would one by
-    // one, with `nameBytes` a bound on their names' total length; storage
-    // and the name index are sized once and indexed in one pass. Returns the
-    // number added. When it throws nothing was added.
-    size_t AddBatch(const std::vector<E*>& batch, size_t nameBytes) {
+    // one; storage and the name index are sized once and indexed in one
+    // pass. Returns the number added. When it throws nothing was added.
+    size_t AddBatch(const std::vector<E*>& batch) {
         if (batch.empty()) return 0;
         const size_t from = m_items.size();
-        m_names.CheckRoom(from + batch.size());
+        LPNameIndex::CheckRoom(from + batch.size());
         m_items.reserve(from + batch.size());
-        m_keys.reserve(from + batch.size());
-        m_names.Reserve(from + batch.size(), nameBytes, m_keys);
-        try {
-            for (E* e : batch) m_keys.push_back(m_names.Store(e->GetName(), e));
-        } catch (...) {
-            m_keys.resize(from);
-            throw;
-        }
+        std::vector<LPNameIndex::Named> named;
+        named.reserve(batch.size());
+        for (E* e : batch) named.push_back({e->GetName(), e});
+        m_names.InsertRange(from, named);
         for (E* e : batch) {
             m_items.push_back(e);
             e->SetIndex(static_cast<int>(m_items.size()));
         }
-        m_names.InsertRange(from, m_keys);
         return batch.size();
     }
 
@@ -103,12 +101,10 @@ public:
     bool Remove(E* e) {
         const size_t pos = Find(e);
         if (pos == npos) return false;
-        const LPNameIndex::Key gone = m_keys[pos];
         m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(pos));
-        m_keys.erase(m_keys.begin() + static_cast<std::ptrdiff_t>(pos));
         for (size_t i = pos; i < m_items.size(); ++i) m_items[i]->SetIndex(static_cast<int>(i + 1));
-        m_names.Erase(pos, gone, m_keys);
-        if (m_names.Wasteful()) m_names.Rebuild(m_keys);
+        m_names.Erase(pos);
+        if (m_names.Wasteful()) m_names.Rebuild();
         for (size_t i = 0; i < m_trash.size();)
             m_trash[i] == e ? (void)m_trash.erase(m_trash.begin() + static_cast<std::ptrdiff_t>(i))
                             : (void)++i;
@@ -145,13 +141,11 @@ public:
                 removed.push_back(e);
                 continue;
             }
-            m_keys[out] = m_keys[i];
             m_items[out++] = e;
             e->SetIndex(static_cast<int>(out));
         }
         m_items.resize(out);
-        m_keys.resize(out);
-        m_names.Rebuild(m_keys);
+        m_names.EraseBatch(doomed);
         for (E* e : removed) delete e;
         ++m_epoch;
         return count;
@@ -160,7 +154,6 @@ public:
     void Clear() {
         for (E* e : m_items) delete e;
         m_items.clear();
-        m_keys.clear();
         m_names.Clear();
         m_trash.clear();
         ++m_epoch;
@@ -168,7 +161,6 @@ public:
 
 private:
     std::vector<E*> m_items;
-    std::vector<LPNameIndex::Key> m_keys;  // the name each position was added under
     LPNameIndex m_names;
     std::vector<E*> m_trash;
     uint64_t m_epoch = 0;

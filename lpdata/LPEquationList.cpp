@@ -232,10 +232,10 @@ void LPEquationList::ReadRecords(int n, ILPEquation*** out, std::istream* is, si
         [recordSize](ILPEquation* e, const unsigned char* rec) {
             DecodeEquation(e, rec, recordSize);
         },
-        [this](const std::vector<ILPEquation*>& batch, size_t nameBytes) {
+        [this](const std::vector<ILPEquation*>& batch, size_t /*nameBytes*/) {
             if (m_appending) lprec::RefuseKnownNames(batch, "Equation", "LPEquationList::StreamReadSafe",
                                               [this](const char* name) { return EqnNameLookup(name) != nullptr; });
-            m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
+            m_persisted += static_cast<int>(m_store.AddBatch(batch));
         });
     if (out != nullptr)
         *out = table;

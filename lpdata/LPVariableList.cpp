@@ -236,10 +236,10 @@ void LPVariableList::ReadRecords(int n, ILPVariable*** out, std::istream* is, si
         [recordSize](ILPVariable* v, const unsigned char* rec) {
             DecodeVariable(v, rec, recordSize);
         },
-        [this](const std::vector<ILPVariable*>& batch, size_t nameBytes) {
+        [this](const std::vector<ILPVariable*>& batch, size_t /*nameBytes*/) {
             if (m_appending) lprec::RefuseKnownNames(batch, "Variable", "LPVariableList::StreamReadSafe",
                                               [this](const char* name) { return VarNameLookup(name) != nullptr; });
-            m_persisted += static_cast<int>(m_store.AddBatch(batch, nameBytes));
+            m_persisted += static_cast<int>(m_store.AddBatch(batch));
         });
     if (out != nullptr)
         *out = table;
