@@ -1,25 +1,37 @@
 // The row and column structures of LPMatrix (private to it).
 //
-// Columns are built as entries arrive, because adding a nonzero looks for an
-// entry of the same row in its column: one contiguous line per column, kept
-// in an array indexed by the variable's index. A column that grows past a few
-// entries also keeps a hash index from equation to nonzero.
+// Both sides share one laid-out form (LPMatrixLineStore): compressed lines,
+// line s holding data[start[s] .. start[s+1]), each followed by a small
+// overflow line for the entries filed after the last layout. When the
+// overflow grows to half the laid-out entries the lines are laid out again,
+// so filing an entry costs O(1) amortized. Within a line the entries are
+// always in insertion order, so "the p-th entry of line s" does not depend
+// on the layout and cursors survive a re-layout.
 //
 // Rows are derived from the matrix's insertion-ordered nonzero list when a
 // row is first walked: one pass counts the entries of each row and one
-// places them (compressed row storage). Entries added after that are filed
-// into small per-row overflow lines until they are many, when the rows are
-// derived again. Asking only how many entries rows have (as finishing a read
-// does) runs the counting alone, kept up to date as entries are appended,
-// and leaves the placing to the first walk. Within a row the entries are always in insertion order, so
-// "the p-th entry of row r" does not depend on the layout and row cursors
-// survive a re-derivation.
+// places them. Entries added after that go to the overflow lines. Asking
+// only how many entries rows have (as finishing a read does) runs the
+// counting alone, kept up to date as entries are appended, and leaves the
+// placing to the first walk.
+//
+// Columns start as runs: while entries arrive column by column (as every
+// COLUMNS section delivers them) each column is one contiguous run of the
+// nonzero list, and a column is its start there and its length (8 bytes per
+// column; the benchmark read keeps 3.2 MB of column structures at its peak
+// where one vector per column kept 46.6 MB). An entry for a column whose run
+// is not at the end of the list, a removal or a re-keying with runs out of
+// order lays the columns out (copying the runs, without visiting the
+// nonzeros); from then on they stay laid out and take entries in any order.
+// Adding an entry looks for an entry of the same row in its column: a
+// column of 16 entries or more answers that from a hash index from equation
+// to live nonzero, built when the column is first searched.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -29,42 +41,81 @@ class ILPEquationList;
 class ILPNonZero;
 class ILPVariable;
 
-class LPMatrixColumns {
+class LPMatrixLineStore {
 public:
-    using RowIndex = std::unordered_map<const void*, ILPNonZero*>;
-    struct Line {
-        std::vector<ILPNonZero*> entries;
-        const void* owner = nullptr;     // its variable, while entries is not empty
-        std::unique_ptr<RowIndex> index;  // equation -> live nonzero, long columns only
-    };
-
-    size_t Slots() const { return m_lines.size(); }
-    Line* At(int idx);
-    // The line of nz's variable, created when absent. `limit` bounds the
-    // index (-1: no bound). A slot held by another variable means the keys
-    // are out of date: the lines are re-keyed once before giving up.
-    Line& For(ILPNonZero* nz, int limit, const char* routine);
-    // The live (not trashed) entry of `eqn` in the column, or null.
-    ILPNonZero* Find(const Line& line, const ILPEquation* eqn) const;
-    void Append(Line& line, ILPNonZero* nz);
-    // Makes room for `extra` more entries in the line of index idx (>= 0),
-    // so that a batch of known size is appended without regrowth.
-    void Reserve(size_t idx, size_t extra);
-    // Removes nz from its column; false when it is not there.
-    bool Erase(ILPNonZero* nz);
-    // Drops nz from its column's row index (it was trashed).
-    void Unindex(ILPNonZero* nz);
-    // Removes the doomed nonzeros from the columns they sit in.
-    void Compact(const std::vector<ILPNonZero*>& doomed,
-                 const std::unordered_set<const ILPNonZero*>& set);
-    // Re-keys every line from its variable's current index.
-    void Rekey();
+    static constexpr size_t kNone = static_cast<size_t>(-1);
+    size_t Slots() const { return m_start.empty() ? 0 : m_start.size() - 1; }
+    // Entries in all lines.
+    size_t Entries() const { return m_data.size() + m_extraCount; }
+    size_t Size(size_t s) const {
+        if (s >= Slots()) return 0;
+        const size_t base = m_start[s + 1] - m_start[s];
+        return m_extraOf[s] ? base + m_extra[m_extraOf[s] - 1].size() : base;
+    }
+    ILPNonZero* At(size_t s, size_t p) const {
+        if (s >= Slots()) return nullptr;
+        const size_t base = m_start[s + 1] - m_start[s];
+        if (p < base) return m_data[m_start[s] + p];
+        if (!m_extraOf[s]) return nullptr;
+        const std::vector<ILPNonZero*>& extra = m_extra[m_extraOf[s] - 1];
+        return p - base < extra.size() ? extra[p - base] : nullptr;
+    }
+    // Takes a layout: start has one more element than there are lines.
+    void Adopt(std::vector<uint32_t>&& start, std::vector<ILPNonZero*>&& data);
+    // At least `slots` lines (new lines are empty).
+    void Grow(size_t slots);
+    // Files nz at the end of line s (s < Slots()), laying the lines out
+    // again when the overflow has grown large.
+    void Push(size_t s, ILPNonZero* nz);
+    // Line r of the result is line oldOf[r] (kNone: empty); every non-empty
+    // line must be named once. O(lines) when the named lines keep their
+    // order, O(entries) otherwise.
+    void Move(const std::vector<size_t>& oldOf);
+    // Drops the entries of the sorted lines `lines` for which gone(nz).
+    template <class Gone>
+    void Remove(const std::vector<size_t>& lines, Gone gone);
     void TrimTail();
+    void Clear();
 
 private:
-    void Reindex(Line& line);
-    std::vector<Line> m_lines;
+    void Relayout();
+
+    std::vector<uint32_t> m_start;
+    std::vector<ILPNonZero*> m_data;
+    std::vector<uint32_t> m_extraOf;  // 0: no overflow line, else 1 + its index in m_extra
+    std::vector<std::vector<ILPNonZero*>> m_extra;
+    size_t m_extraCount = 0;
 };
+
+template <class Gone>
+void LPMatrixLineStore::Remove(const std::vector<size_t>& lines, Gone gone) {
+    size_t next = 0;  // next line of `lines`
+    size_t w = 0;
+    for (size_t s = 0; s < Slots(); ++s) {
+        const size_t from = m_start[s], to = m_start[s + 1];
+        m_start[s] = static_cast<uint32_t>(w);
+        while (next < lines.size() && lines[next] < s) ++next;
+        if (next < lines.size() && lines[next] == s) {
+            for (size_t i = from; i < to; ++i)
+                if (!gone(m_data[i])) m_data[w++] = m_data[i];
+            if (m_extraOf[s]) {
+                std::vector<ILPNonZero*>& extra = m_extra[m_extraOf[s] - 1];
+                const size_t before = extra.size();
+                extra.erase(std::remove_if(extra.begin(), extra.end(), gone), extra.end());
+                m_extraCount -= before - extra.size();
+            }
+        } else if (w != from) {
+            std::copy(m_data.begin() + static_cast<std::ptrdiff_t>(from),
+                      m_data.begin() + static_cast<std::ptrdiff_t>(to),
+                      m_data.begin() + static_cast<std::ptrdiff_t>(w));
+            w += to - from;
+        } else {
+            w = to;
+        }
+    }
+    if (!m_start.empty()) m_start.back() = static_cast<uint32_t>(w);
+    m_data.resize(w);
+}
 
 class LPMatrixRows {
 public:
@@ -81,8 +132,8 @@ public:
     // date to i; otherwise the next Count takes it. The caller vouches that
     // the entry's equation is the list's equation at index r (a reader that
     // found it by name): Count's visit to the equation and its check are
-    // spared.
-    void NoteAppended(size_t i, size_t r);
+    // spared. `limit` sizes the counts at once.
+    void NoteAppended(size_t i, size_t r, int limit);
     // The rows are derived from scratch at the next Settle.
     void Invalidate() {
         m_built = false;
@@ -93,9 +144,9 @@ public:
     // Falls back to a fresh derivation when the new indices do not keep the
     // order.
     void Rekey(int limit);
-    size_t Slots() const { return m_start.empty() ? 0 : m_start.size() - 1; }
-    size_t Size(size_t r) const;
-    ILPNonZero* At(size_t r, size_t p) const;
+    size_t Slots() const { return m_lines.Slots(); }
+    size_t Size(size_t r) const { return m_lines.Size(r); }
+    ILPNonZero* At(size_t r, size_t p) const { return m_lines.At(r, p); }
     // The equation of row r, or null when the row has no entries.
     const ILPEquation* Owner(size_t r) const { return r < m_owner.size() ? m_owner[r] : nullptr; }
 
@@ -105,16 +156,69 @@ private:
     size_t KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const;
     // Row r belongs to owner; another equation there is a structure error.
     void Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner);
-    void CountRoom(size_t r);
+    void CountRoom(size_t r, int limit);
 
-    std::vector<size_t> m_start;  // row r holds m_data[m_start[r] .. m_start[r+1])
-    std::vector<ILPNonZero*> m_data;
-    std::vector<std::vector<ILPNonZero*>> m_extra;  // filed after the last derivation
+    LPMatrixLineStore m_lines;
     std::vector<const ILPEquation*> m_owner;
     static constexpr size_t kNotCounted = static_cast<size_t>(-1);
     std::vector<uint32_t> m_count;  // entries per row while not laid out
     size_t m_counted = 0;           // entries of the list in m_count
-    size_t m_extraCount = 0;
-    size_t m_settled = 0;  // entries of the nonzero list already in the rows
+    size_t m_settled = 0;           // entries of the nonzero list already in the rows
     bool m_built = false;
+};
+
+class LPMatrixColumns {
+public:
+    using RowIndex = std::unordered_map<const void*, ILPNonZero*>;
+    static constexpr size_t kNone = LPMatrixLineStore::kNone;
+
+    // `all` is the matrix's insertion-ordered nonzero list, which the runs
+    // point into.
+    explicit LPMatrixColumns(const std::deque<ILPNonZero*>& all) : m_all(all) {}
+
+    size_t Slots() const { return m_runs ? m_count.size() : m_lines.Slots(); }
+    size_t Size(size_t c) const {
+        if (!m_runs) return m_lines.Size(c);
+        return c < m_count.size() ? m_count[c] : 0;
+    }
+    ILPNonZero* At(size_t c, size_t p) const {
+        if (!m_runs) return m_lines.At(c, p);
+        return c < m_count.size() && p < m_count[c] ? m_all[m_pos[c] + p] : nullptr;
+    }
+    // The variable of column c, or null when the column is empty.
+    const ILPVariable* Owner(size_t c) const;
+    // The column of nz's variable (made when absent). `limit` bounds the
+    // index (-1: no bound). A column held by another variable means the keys
+    // are out of date: the columns are re-keyed once before giving up.
+    size_t For(ILPNonZero* nz, int limit, const char* routine);
+    // The live (not trashed) entry of `eqn` in column c, or null.
+    ILPNonZero* Find(size_t c, const ILPEquation* eqn);
+    // The hash index of column c when it is long (built on demand), else null.
+    const RowIndex* IndexOf(size_t c);
+    // Files nz, just appended to the nonzero list, at the end of column c.
+    void Append(size_t c, ILPNonZero* nz);
+    // Whether nz is in its column.
+    bool Holds(ILPNonZero* nz) const;
+    // Removes nz from its column; false when it is not there.
+    bool Erase(ILPNonZero* nz);
+    // Drops nz from its column's row index (it was trashed).
+    void Unindex(ILPNonZero* nz);
+    // Removes the doomed nonzeros from the columns they sit in.
+    void Compact(const std::vector<ILPNonZero*>& doomed,
+                 const std::unordered_set<const ILPNonZero*>& set);
+    // Re-keys every column from its variable's current index.
+    void Rekey();
+    void TrimTail();
+
+private:
+    void LayOut();
+
+    const std::deque<ILPNonZero*>& m_all;
+    bool m_runs = true;
+    std::vector<uint32_t> m_pos;    // runs: column c is m_all[m_pos[c] .. + m_count[c])
+    std::vector<uint32_t> m_count;
+    LPMatrixLineStore m_lines;      // after the runs
+    std::unordered_map<size_t, RowIndex> m_index;  // long columns searched
+    size_t m_open = kNone;          // column of the latest entry
+    const ILPVariable* m_openVar = nullptr;
 };
