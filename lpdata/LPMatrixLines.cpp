@@ -129,12 +129,10 @@ size_t LPMatrixColumns::For(ILPNonZero* nz, int limit, const char* routine) {
     for (int attempt = 0; attempt < 2; ++attempt) {
         if (c >= Slots()) {
             const size_t slots = static_cast<size_t>(std::max(idx, limit)) + 1;
-            if (m_runs) {
-                m_pos.resize(slots, 0);
-                m_count.resize(slots, 0);
-            } else {
+            if (m_runs)
+                m_run.resize(slots);
+            else
                 m_lines.Grow(slots);
-            }
         }
         const ILPVariable* owner = Owner(c);
         if (owner == nullptr || owner == var) return c;
@@ -176,13 +174,15 @@ ILPNonZero* LPMatrixColumns::Find(size_t c, const ILPEquation* eqn) {
 void LPMatrixColumns::Append(size_t c, ILPNonZero* nz) {
     if (m_runs) {
         const size_t at = m_all.size() - 1;
-        if (m_count[c] == 0) {
+        Run& run = m_run[c];
+        if (run.count == 0) {
             // A new run: the column before it is complete, its index goes.
             if (!m_index.empty() && m_open != kNone) m_index.erase(m_open);
-            m_pos[c] = static_cast<uint32_t>(at);
-            m_count[c] = 1;
-        } else if (m_pos[c] + m_count[c] == at) {
-            ++m_count[c];
+            run.first = nz;
+            run.pos = static_cast<uint32_t>(at);
+            run.count = 1;
+        } else if (run.pos + run.count == at) {
+            ++run.count;
         } else {
             LayOut();
             m_lines.Push(c, nz);
@@ -200,19 +200,18 @@ void LPMatrixColumns::Append(size_t c, ILPNonZero* nz) {
 
 void LPMatrixColumns::LayOut() {
     if (!m_runs) return;
-    const size_t slots = m_count.size();
+    const size_t slots = m_run.size();
     std::vector<uint32_t> start(slots + 1, 0);
     size_t n = 0;
     for (size_t s = 0; s < slots; ++s) {
         start[s] = static_cast<uint32_t>(n);
-        n += m_count[s];
+        n += m_run[s].count;
     }
     start[slots] = static_cast<uint32_t>(n);
     std::vector<ILPNonZero*> data(n);
     for (size_t s = 0; s < slots; ++s)
-        std::copy_n(m_all.begin() + m_pos[s], m_count[s], data.begin() + start[s]);
-    std::vector<uint32_t>().swap(m_pos);
-    std::vector<uint32_t>().swap(m_count);
+        std::copy_n(m_all.begin() + m_run[s].pos, m_run[s].count, data.begin() + start[s]);
+    std::vector<Run>().swap(m_run);
     m_lines.Adopt(std::move(start), std::move(data));
     m_runs = false;
 }
@@ -279,14 +278,10 @@ void LPMatrixColumns::Rekey() {
         oldOf[static_cast<size_t>(keys[s])] = s;
     }
     if (m_runs) {
-        std::vector<uint32_t> pos(top, 0), count(top, 0);
-        for (size_t r = 0; r < top; ++r) {
-            if (oldOf[r] == kNone) continue;
-            pos[r] = m_pos[oldOf[r]];
-            count[r] = m_count[oldOf[r]];
-        }
-        m_pos.swap(pos);
-        m_count.swap(count);
+        std::vector<Run> run(top);
+        for (size_t r = 0; r < top; ++r)
+            if (oldOf[r] != kNone) run[r] = m_run[oldOf[r]];
+        m_run.swap(run);
     } else {
         m_lines.Move(oldOf);
     }
@@ -299,10 +294,7 @@ void LPMatrixColumns::TrimTail() {
         m_lines.TrimTail();
         return;
     }
-    while (!m_count.empty() && m_count.back() == 0) {
-        m_count.pop_back();
-        m_pos.pop_back();
-    }
+    while (!m_run.empty() && m_run.back().count == 0) m_run.pop_back();
 }
 
 // ---- rows ------------------------------------------------------------------------

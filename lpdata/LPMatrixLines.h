@@ -176,14 +176,20 @@ public:
     // point into.
     explicit LPMatrixColumns(const std::deque<ILPNonZero*>& all) : m_all(all) {}
 
-    size_t Slots() const { return m_runs ? m_count.size() : m_lines.Slots(); }
+    size_t Slots() const { return m_runs ? m_run.size() : m_lines.Slots(); }
     size_t Size(size_t c) const {
         if (!m_runs) return m_lines.Size(c);
-        return c < m_count.size() ? m_count[c] : 0;
+        return c < m_run.size() ? m_run[c].count : 0;
     }
     ILPNonZero* At(size_t c, size_t p) const {
         if (!m_runs) return m_lines.At(c, p);
-        return c < m_count.size() && p < m_count[c] ? m_all[m_pos[c] + p] : nullptr;
+        if (c >= m_run.size() || p >= m_run[c].count) return nullptr;
+        const Run& run = m_run[c];
+        if (p > 0) return m_all[run.pos + p];
+        // A walk or search of the column starts here: its next entries are
+        // fetched while the caller reads the first.
+        if (run.count > 1) __builtin_prefetch(&m_all[run.pos + 1]);
+        return run.first;
     }
     // The variable of column c, or null when the column is empty.
     const ILPVariable* Owner(size_t c) const;
@@ -214,9 +220,16 @@ private:
     void LayOut();
 
     const std::deque<ILPNonZero*>& m_all;
+    // Column c is m_all[pos .. pos + count) of m_run[c] while m_runs. The
+    // first entry is kept too, so that finding an entry in a short column
+    // costs no more memory loads than it did with one vector per column
+    // (without it, entry lookups by case edits took 1.5 times as long).
+    struct Run {
+        ILPNonZero* first = nullptr;
+        uint32_t pos = 0, count = 0;
+    };
     bool m_runs = true;
-    std::vector<uint32_t> m_pos;    // runs: column c is m_all[m_pos[c] .. + m_count[c])
-    std::vector<uint32_t> m_count;
+    std::vector<Run> m_run;
     LPMatrixLineStore m_lines;      // after the runs
     std::unordered_map<size_t, RowIndex> m_index;  // long columns searched
     size_t m_open = kNone;          // column of the latest entry
