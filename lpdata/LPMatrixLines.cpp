@@ -98,13 +98,6 @@ void LPMatrixLineStore::Move(const std::vector<size_t>& oldOf) {
     if (!inOrder) m_data.swap(data);
 }
 
-void LPMatrixLineStore::TrimTail() {
-    while (Slots() > 0 && Size(Slots() - 1) == 0) {
-        m_start.pop_back();
-        m_extraOf.pop_back();
-    }
-}
-
 void LPMatrixLineStore::Clear() {
     std::vector<uint32_t>().swap(m_start);
     std::vector<ILPNonZero*>().swap(m_data);
@@ -132,7 +125,7 @@ size_t LPMatrixColumns::For(ILPNonZero* nz, int limit, const char* routine) {
             if (m_runs)
                 m_run.resize(slots);
             else
-                m_lines.Grow(slots);
+                m_line.resize(slots);
         }
         const ILPVariable* owner = Owner(c);
         if (owner == nullptr || owner == var) return c;
@@ -163,11 +156,18 @@ ILPNonZero* LPMatrixColumns::Find(size_t c, const ILPEquation* eqn) {
         const auto it = index->find(key);
         return it == index->end() ? nullptr : it->second;
     }
-    const size_t n = Size(c);
-    for (size_t p = 0; p < n; ++p) {
-        ILPNonZero* nz = At(c, p);
-        if (RowOwner(nz) == key && nz->GetIndex() != 0) return nz;
+    const auto match = [key](const ILPNonZero* nz) { return RowOwner(nz) == key && nz->GetIndex() != 0; };
+    if (m_runs) {
+        // The reading path: a scan of the run with one list iterator.
+        if (c >= m_run.size()) return nullptr;
+        auto it = m_all.begin() + m_run[c].pos;
+        for (uint32_t p = 0; p < m_run[c].count; ++p, ++it)
+            if (match(*it)) return *it;
+        return nullptr;
     }
+    const size_t n = Size(c);
+    for (size_t p = 0; p < n; ++p)
+        if (match(At(c, p))) return At(c, p);
     return nullptr;
 }
 
@@ -184,11 +184,15 @@ void LPMatrixColumns::Append(size_t c, ILPNonZero* nz) {
         } else if (run.pos + run.count == at) {
             ++run.count;
         } else {
-            LayOut();
-            m_lines.Push(c, nz);
+            ToLines();
+            m_line[c].push_back(nz);
         }
     } else {
-        m_lines.Push(c, nz);
+        std::vector<ILPNonZero*>& line = m_line[c];
+        // A line that starts here gets room for a few entries at once: most
+        // columns hold a few to a dozen.
+        if (line.empty()) line.reserve(4);
+        line.push_back(nz);
     }
     m_open = c;
     m_openVar = nz->GetVariablePtr();
@@ -198,21 +202,15 @@ void LPMatrixColumns::Append(size_t c, ILPNonZero* nz) {
     }
 }
 
-void LPMatrixColumns::LayOut() {
+void LPMatrixColumns::ToLines() {
     if (!m_runs) return;
-    const size_t slots = m_run.size();
-    std::vector<uint32_t> start(slots + 1, 0);
-    size_t n = 0;
-    for (size_t s = 0; s < slots; ++s) {
-        start[s] = static_cast<uint32_t>(n);
-        n += m_run[s].count;
+    std::vector<std::vector<ILPNonZero*>> lines(m_run.size());
+    for (size_t c = 0; c < m_run.size(); ++c) {
+        const auto from = m_all.begin() + m_run[c].pos;
+        lines[c].assign(from, from + m_run[c].count);
     }
-    start[slots] = static_cast<uint32_t>(n);
-    std::vector<ILPNonZero*> data(n);
-    for (size_t s = 0; s < slots; ++s)
-        std::copy_n(m_all.begin() + m_run[s].pos, m_run[s].count, data.begin() + start[s]);
     std::vector<Run>().swap(m_run);
-    m_lines.Adopt(std::move(start), std::move(data));
+    m_line.swap(lines);
     m_runs = false;
 }
 
@@ -228,10 +226,11 @@ bool LPMatrixColumns::Holds(ILPNonZero* nz) const {
 bool LPMatrixColumns::Erase(ILPNonZero* nz) {
     if (!Holds(nz)) return false;
     Unindex(nz);
-    LayOut();
+    ToLines();
     const size_t c = static_cast<size_t>(nz->GetVariableIdx());
-    m_lines.Remove({c}, [nz](const ILPNonZero* e) { return e == nz; });
-    if (Size(c) == 0) m_index.erase(c);
+    std::vector<ILPNonZero*>& line = m_line[c];
+    line.erase(std::find(line.begin(), line.end(), nz));
+    if (line.empty()) m_index.erase(c);
     m_open = kNone;
     return true;
 }
@@ -252,9 +251,15 @@ void LPMatrixColumns::Compact(const std::vector<ILPNonZero*>& doomed,
         if (nz->GetVariableIdx() >= 0) keys.push_back(static_cast<size_t>(nz->GetVariableIdx()));
     std::sort(keys.begin(), keys.end());
     keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-    LayOut();
-    m_lines.Remove(keys, [&set](const ILPNonZero* nz) { return set.count(nz) > 0; });
-    for (const size_t key : keys) m_index.erase(key);
+    ToLines();
+    for (const size_t key : keys) {
+        if (key >= m_line.size()) continue;
+        std::vector<ILPNonZero*>& line = m_line[key];
+        line.erase(std::remove_if(line.begin(), line.end(),
+                                  [&set](const ILPNonZero* nz) { return set.count(nz) > 0; }),
+                   line.end());
+        m_index.erase(key);
+    }
     m_open = kNone;
 }
 
@@ -283,7 +288,10 @@ void LPMatrixColumns::Rekey() {
             if (oldOf[r] != kNone) run[r] = m_run[oldOf[r]];
         m_run.swap(run);
     } else {
-        m_lines.Move(oldOf);
+        std::vector<std::vector<ILPNonZero*>> lines(top);
+        for (size_t r = 0; r < top; ++r)
+            if (oldOf[r] != kNone) lines[r] = std::move(m_line[oldOf[r]]);
+        m_line.swap(lines);
     }
     m_index.clear();
     m_open = kNone;
@@ -291,7 +299,7 @@ void LPMatrixColumns::Rekey() {
 
 void LPMatrixColumns::TrimTail() {
     if (!m_runs) {
-        m_lines.TrimTail();
+        while (!m_line.empty() && m_line.back().empty()) m_line.pop_back();
         return;
     }
     while (!m_run.empty() && m_run.back().count == 0) m_run.pop_back();

@@ -1,34 +1,30 @@
-// The row and column structures of LPMatrix (private to it).
-//
-// Both sides share one laid-out form (LPMatrixLineStore): compressed lines,
-// line s holding data[start[s] .. start[s+1]), each followed by a small
-// overflow line for the entries filed after the last layout. When the
-// overflow grows to half the laid-out entries the lines are laid out again,
-// so filing an entry costs O(1) amortized. Within a line the entries are
-// always in insertion order, so "the p-th entry of line s" does not depend
-// on the layout and cursors survive a re-layout.
+// The row and column structures of LPMatrix (private to it). Within a row
+// or column the entries are always in insertion order, so "the p-th entry
+// of line s" does not depend on the layout and cursors survive a re-layout.
 //
 // Rows are derived from the matrix's insertion-ordered nonzero list when a
 // row is first walked: one pass counts the entries of each row and one
-// places them. Entries added after that go to the overflow lines. Asking
-// only how many entries rows have (as finishing a read does) runs the
-// counting alone, kept up to date as entries are appended, and leaves the
-// placing to the first walk.
+// places them (compressed lines, LPMatrixLineStore: line s holds
+// data[start[s] .. start[s+1]) followed by a small overflow line). Entries
+// added after that go to the overflow lines, and when those hold half as
+// many entries as the compressed form the lines are laid out again, so
+// filing an entry costs O(1) amortized. Asking only how many entries rows
+// have (as finishing a read does) runs the counting alone, kept up to date
+// as entries are appended, and leaves the placing to the first walk.
 //
 // Columns start as runs: while entries arrive column by column (as every
 // COLUMNS section delivers them) each column is one contiguous run of the
-// nonzero list, and a column is its start there and its length (8 bytes per
-// column; the benchmark read keeps 3.2 MB of column structures at its peak
-// where one vector per column kept 46.6 MB). An entry for a column whose run
-// is not at the end of the list, a removal or a re-keying with runs out of
-// order lays the columns out (copying the runs, without visiting the
-// nonzeros); from then on they stay laid out and take entries in any order.
+// nonzero list, kept as its start there, its length and its first entry
+// (16 bytes per column: the benchmark read peaks at 338.9 MiB, 39.7 MiB
+// below the 378.6 MiB it took with one vector per column). The first entry
+// for a column whose run does not end the list (entries that come row by
+// row, as an XMPS XLINEAR section delivers them), or a removal, gives each
+// column its own line, sized to its run; lines take entries in any order.
 // Adding an entry looks for an entry of the same row in its column: a
 // column of 16 entries or more answers that from a hash index from equation
 // to live nonzero, built when the column is first searched.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -71,10 +67,6 @@ public:
     // line must be named once. O(lines) when the named lines keep their
     // order, O(entries) otherwise.
     void Move(const std::vector<size_t>& oldOf);
-    // Drops the entries of the sorted lines `lines` for which gone(nz).
-    template <class Gone>
-    void Remove(const std::vector<size_t>& lines, Gone gone);
-    void TrimTail();
     void Clear();
 
 private:
@@ -86,36 +78,6 @@ private:
     std::vector<std::vector<ILPNonZero*>> m_extra;
     size_t m_extraCount = 0;
 };
-
-template <class Gone>
-void LPMatrixLineStore::Remove(const std::vector<size_t>& lines, Gone gone) {
-    size_t next = 0;  // next line of `lines`
-    size_t w = 0;
-    for (size_t s = 0; s < Slots(); ++s) {
-        const size_t from = m_start[s], to = m_start[s + 1];
-        m_start[s] = static_cast<uint32_t>(w);
-        while (next < lines.size() && lines[next] < s) ++next;
-        if (next < lines.size() && lines[next] == s) {
-            for (size_t i = from; i < to; ++i)
-                if (!gone(m_data[i])) m_data[w++] = m_data[i];
-            if (m_extraOf[s]) {
-                std::vector<ILPNonZero*>& extra = m_extra[m_extraOf[s] - 1];
-                const size_t before = extra.size();
-                extra.erase(std::remove_if(extra.begin(), extra.end(), gone), extra.end());
-                m_extraCount -= before - extra.size();
-            }
-        } else if (w != from) {
-            std::copy(m_data.begin() + static_cast<std::ptrdiff_t>(from),
-                      m_data.begin() + static_cast<std::ptrdiff_t>(to),
-                      m_data.begin() + static_cast<std::ptrdiff_t>(w));
-            w += to - from;
-        } else {
-            w = to;
-        }
-    }
-    if (!m_start.empty()) m_start.back() = static_cast<uint32_t>(w);
-    m_data.resize(w);
-}
 
 class LPMatrixRows {
 public:
@@ -176,13 +138,13 @@ public:
     // point into.
     explicit LPMatrixColumns(const std::deque<ILPNonZero*>& all) : m_all(all) {}
 
-    size_t Slots() const { return m_runs ? m_run.size() : m_lines.Slots(); }
+    size_t Slots() const { return m_runs ? m_run.size() : m_line.size(); }
     size_t Size(size_t c) const {
-        if (!m_runs) return m_lines.Size(c);
+        if (!m_runs) return c < m_line.size() ? m_line[c].size() : 0;
         return c < m_run.size() ? m_run[c].count : 0;
     }
     ILPNonZero* At(size_t c, size_t p) const {
-        if (!m_runs) return m_lines.At(c, p);
+        if (!m_runs) return c < m_line.size() && p < m_line[c].size() ? m_line[c][p] : nullptr;
         if (c >= m_run.size() || p >= m_run[c].count) return nullptr;
         const Run& run = m_run[c];
         if (p > 0) return m_all[run.pos + p];
@@ -217,7 +179,8 @@ public:
     void TrimTail();
 
 private:
-    void LayOut();
+    // Ends the runs: each column gets its own line, sized to its entries.
+    void ToLines();
 
     const std::deque<ILPNonZero*>& m_all;
     // Column c is m_all[pos .. pos + count) of m_run[c] while m_runs. The
@@ -230,7 +193,7 @@ private:
     };
     bool m_runs = true;
     std::vector<Run> m_run;
-    LPMatrixLineStore m_lines;      // after the runs
+    std::vector<std::vector<ILPNonZero*>> m_line;  // after the runs: one line per column
     std::unordered_map<size_t, RowIndex> m_index;  // long columns searched
     size_t m_open = kNone;          // column of the latest entry
     const ILPVariable* m_openVar = nullptr;
