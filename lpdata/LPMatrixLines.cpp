@@ -72,17 +72,8 @@ void LPMatrixLineStore::Relayout() {
 
 void LPMatrixLineStore::Move(const std::vector<size_t>& oldOf) {
     const size_t slots = oldOf.size();
-    bool inOrder = true;
-    size_t last = kNone;
-    for (const size_t s : oldOf) {
-        if (s == kNone) continue;
-        if (last != kNone && s <= last) inOrder = false;
-        last = s;
-    }
     std::vector<uint32_t> start(slots + 1, 0);
     std::vector<uint32_t> extraOf(slots, 0);
-    std::vector<ILPNonZero*> data;
-    if (!inOrder) data.reserve(m_data.size());
     size_t pos = 0;
     for (size_t r = 0; r < slots; ++r) {
         start[r] = static_cast<uint32_t>(pos);
@@ -90,12 +81,10 @@ void LPMatrixLineStore::Move(const std::vector<size_t>& oldOf) {
         if (s == kNone) continue;
         pos += m_start[s + 1] - m_start[s];
         extraOf[r] = m_extraOf[s];
-        if (!inOrder) data.insert(data.end(), m_data.begin() + m_start[s], m_data.begin() + m_start[s + 1]);
     }
     start[slots] = static_cast<uint32_t>(pos);
     m_start.swap(start);
     m_extraOf.swap(extraOf);
-    if (!inOrder) m_data.swap(data);
 }
 
 void LPMatrixLineStore::Clear() {

@@ -63,9 +63,9 @@ public:
     // Files nz at the end of line s (s < Slots()), laying the lines out
     // again when the overflow has grown large.
     void Push(size_t s, ILPNonZero* nz);
-    // Line r of the result is line oldOf[r] (kNone: empty); every non-empty
-    // line must be named once. O(lines) when the named lines keep their
-    // order, O(entries) otherwise.
+    // Line r of the result is line oldOf[r] (kNone: empty): every non-empty
+    // line is named once, in increasing order, so only the starts move,
+    // O(lines).
     void Move(const std::vector<size_t>& oldOf);
     void Clear();
 
