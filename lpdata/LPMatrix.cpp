@@ -405,16 +405,20 @@ ILPNonZero* LPMatrix::InternalRowNextNonZeroObject() { return RowNext(m_internal
 ILPNonZero* LPMatrix::ColFrstNonZeroObject(int col) {
     Sync();
     m_inCol.slot = kNone;
-    if (col < 0 || m_cols.Size(static_cast<size_t>(col)) == 0) return nullptr;
+    ILPNonZero* nz = col < 0 ? nullptr : m_cols.At(static_cast<size_t>(col), 0);
+    if (nz == nullptr) return nullptr;
     m_inCol.slot = static_cast<size_t>(col);
     m_inCol.pos = 0;
-    return m_cols.At(m_inCol.slot, 0);
+    return nz;
 }
 
 ILPNonZero* LPMatrix::ColNextNonZeroObject() {
     if (m_inCol.slot == kNone) return nullptr;
     Sync();
-    if (m_inCol.pos + 1 < m_cols.Size(m_inCol.slot)) return m_cols.At(m_inCol.slot, ++m_inCol.pos);
+    if (ILPNonZero* nz = m_cols.At(m_inCol.slot, m_inCol.pos + 1)) {
+        ++m_inCol.pos;
+        return nz;
+    }
     m_inCol.slot = kNone;
     return nullptr;
 }

@@ -202,7 +202,7 @@ void LPMatrixColumns::ToLines() {
         const auto from = m_all.begin() + m_run[c].pos;
         lines[c].assign(from, from + m_run[c].count);
     }
-    std::vector<Run>().swap(m_run);
+    m_run = LPBlockTable<Run>();
     m_line.swap(lines);
     m_runs = false;
 }
@@ -276,10 +276,11 @@ void LPMatrixColumns::Rekey() {
         oldOf[static_cast<size_t>(keys[s])] = s;
     }
     if (m_runs) {
-        std::vector<Run> run(top);
+        LPBlockTable<Run> run;
+        run.resize(top);
         for (size_t r = 0; r < top; ++r)
             if (oldOf[r] != kNone) run[r] = m_run[oldOf[r]];
-        m_run.swap(run);
+        m_run = std::move(run);
     } else {
         std::vector<std::vector<ILPNonZero*>> lines(top);
         for (size_t r = 0; r < top; ++r)
@@ -295,7 +296,9 @@ void LPMatrixColumns::TrimTail() {
         while (!m_line.empty() && m_line.back().empty()) m_line.pop_back();
         return;
     }
-    while (!m_run.empty() && m_run.back().count == 0) m_run.pop_back();
+    size_t n = m_run.size();
+    while (n > 0 && m_run[n - 1].count == 0) --n;
+    m_run.resize(n);
 }
 
 // ---- rows ------------------------------------------------------------------------
