@@ -34,6 +34,7 @@ LPMatrix::LPMatrix(ILPVariableList* vars, ILPEquationList* eqns)
       m_eqns(eqns),
       m_varImpl(dynamic_cast<const LPVariableList*>(vars)),
       m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)),
+      m_cols(m_all),
       m_pool(LPNonZeroPool::Create()) {
     if (m_varImpl) m_varEpoch = m_varImpl->RenumberEpoch();
     if (m_eqnImpl) m_eqnEpoch = m_eqnImpl->RenumberEpoch();
@@ -85,7 +86,7 @@ ILPNonZero* LPMatrix::AddNonZeroObject(ILPNonZero* nz) {
                   "LPMatrix::AddNonZeroObject");
     Sync();
     ++m_structure;
-    LPMatrixColumns::Line& col = m_cols.For(nz, ColLimit(), "LPMatrix::AddNonZeroObject");
+    const size_t col = m_cols.For(nz, ColLimit(), "LPMatrix::AddNonZeroObject");
     if (ILPNonZero* dup = m_cols.Find(col, eqn)) {
         if (dup != nz) {
             dup->SetCoefficient(dup->GetCoefficient() + nz->GetCoefficient());
@@ -103,7 +104,7 @@ ILPNonZero* LPMatrix::AddNonZeroObject(ILPNonZero* nz, int row) {
     const size_t before = m_all.size();
     ILPNonZero* kept = AddNonZeroObject(nz);
     if (m_all.size() > before && row >= 1 && row <= RowLimit())
-        m_rows.NoteAppended(before, static_cast<size_t>(row));
+        m_rows.NoteAppended(before, static_cast<size_t>(row), RowLimit());
     return kept;
 }
 
@@ -114,7 +115,7 @@ void LPMatrix::FastInsertNonZeroObject(ILPNonZero* nz) {
                   "LPMatrix::FastInsertNonZeroObject");
     Sync();
     ++m_structure;
-    LPMatrixColumns::Line& col = m_cols.For(nz, ColLimit(), "LPMatrix::FastInsertNonZeroObject");
+    const size_t col = m_cols.For(nz, ColLimit(), "LPMatrix::FastInsertNonZeroObject");
     m_all.push_back(nz);
     nz->SetIndex(static_cast<int>(m_all.size()));
     ++m_persisted;
@@ -161,8 +162,7 @@ void LPMatrix::RemoveNonZero(ILPNonZero* nz) {
     Sync();
     if (PositionOf(nz) == kNone)
         ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::EraseByRowNonZero");
-    const LPMatrixColumns::Line* col = m_cols.At(nz->GetVariableIdx());
-    if (col == nullptr || std::find(col->entries.begin(), col->entries.end(), nz) == col->entries.end())
+    if (!m_cols.Holds(nz))
         ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::EraseByColNonZero");
     EraseByRowNonZero(nz);
     EraseByColNonZero(nz);
@@ -190,19 +190,20 @@ void LPMatrix::TrashNonZero(ILPNonZero* nz) {
     if (idx == 0) return;
     Sync();
     const bool atIndex = static_cast<size_t>(idx) <= m_all.size() && idx >= 1 && m_all[idx - 1] == nz;
-    const LPMatrixColumns::Line* col = m_cols.At(nz->GetVariableIdx());
-    const bool inColumn = col != nullptr &&
-                          std::find(col->entries.begin(), col->entries.end(), nz) != col->entries.end();
-    if (!atIndex && !inColumn)
+    if (!atIndex && !m_cols.Holds(nz))
         ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::TrasnNonZero");
     MarkTrashed(nz);
 }
 
 std::vector<ILPNonZero*> LPMatrix::ColEntries(ILPVariable* var) {
     Sync();
-    const LPMatrixColumns::Line* col = m_cols.At(var->GetIndex());
-    if (col == nullptr || col->entries.empty() || col->owner != static_cast<const void*>(var)) return {};
-    return col->entries;
+    const int c = var->GetIndex();
+    if (c < 0 || m_cols.Owner(static_cast<size_t>(c)) != var) return {};
+    const size_t n = m_cols.Size(static_cast<size_t>(c));
+    std::vector<ILPNonZero*> out;
+    out.reserve(n);
+    for (size_t p = 0; p < n; ++p) out.push_back(m_cols.At(static_cast<size_t>(c), p));
+    return out;
 }
 
 std::vector<ILPNonZero*> LPMatrix::RowEntries(ILPEquation* eqn) {
@@ -353,10 +354,8 @@ ILPNonZero* LPMatrix::ColWalkNext(Walk& walk) {
 
 // Moves the walk to the first existing entry at or after its position.
 ILPNonZero* LPMatrix::ColWalkSettle(Walk& walk) {
-    for (; walk.slot < m_cols.Slots(); ++walk.slot, walk.pos = 0) {
-        const auto& entries = m_cols.At(static_cast<int>(walk.slot))->entries;
-        if (walk.pos < entries.size()) return entries[walk.pos];
-    }
+    for (; walk.slot < m_cols.Slots(); ++walk.slot, walk.pos = 0)
+        if (walk.pos < m_cols.Size(walk.slot)) return m_cols.At(walk.slot, walk.pos);
     walk.slot = kNone;
     return nullptr;
 }
@@ -406,18 +405,20 @@ ILPNonZero* LPMatrix::InternalRowNextNonZeroObject() { return RowNext(m_internal
 ILPNonZero* LPMatrix::ColFrstNonZeroObject(int col) {
     Sync();
     m_inCol.slot = kNone;
-    const LPMatrixColumns::Line* line = m_cols.At(col);
-    if (line == nullptr || line->entries.empty()) return nullptr;
+    ILPNonZero* nz = col < 0 ? nullptr : m_cols.At(static_cast<size_t>(col), 0);
+    if (nz == nullptr) return nullptr;
     m_inCol.slot = static_cast<size_t>(col);
     m_inCol.pos = 0;
-    return line->entries.front();
+    return nz;
 }
 
 ILPNonZero* LPMatrix::ColNextNonZeroObject() {
     if (m_inCol.slot == kNone) return nullptr;
     Sync();
-    const LPMatrixColumns::Line* line = m_cols.At(static_cast<int>(m_inCol.slot));
-    if (line != nullptr && m_inCol.pos + 1 < line->entries.size()) return line->entries[++m_inCol.pos];
+    if (ILPNonZero* nz = m_cols.At(m_inCol.slot, m_inCol.pos + 1)) {
+        ++m_inCol.pos;
+        return nz;
+    }
     m_inCol.slot = kNone;
     return nullptr;
 }
@@ -430,15 +431,14 @@ int LPMatrix::NonZerosInRow(int row) {
 
 int LPMatrix::NonZerosInColumn(int col) {
     Sync();
-    const LPMatrixColumns::Line* line = m_cols.At(col);
-    return line ? static_cast<int>(line->entries.size()) : 0;
+    return col < 0 ? 0 : static_cast<int>(m_cols.Size(static_cast<size_t>(col)));
 }
 
 ILPNonZero* LPMatrix::ExistIncidence(int row, int col) {
     Sync();
-    const LPMatrixColumns::Line* line = m_cols.At(col);
-    if (line == nullptr || line->entries.empty()) return nullptr;
-    if (line->index) {
+    if (col < 0 || m_cols.Size(static_cast<size_t>(col)) == 0) return nullptr;
+    const size_t c = static_cast<size_t>(col);
+    if (const LPMatrixColumns::RowIndex* index = m_cols.IndexOf(c)) {
         const void* eqn = nullptr;
         if (m_eqns != nullptr) {
             ILPEquation* e = nullptr;
@@ -448,10 +448,13 @@ ILPNonZero* LPMatrix::ExistIncidence(int row, int col) {
             SettleRows();
             eqn = row < 0 ? nullptr : m_rows.Owner(static_cast<size_t>(row));
         }
-        const auto it = eqn ? line->index->find(eqn) : line->index->end();
-        return it == line->index->end() ? nullptr : it->second;
+        const auto it = eqn ? index->find(eqn) : index->end();
+        return it == index->end() ? nullptr : it->second;
     }
-    for (ILPNonZero* nz : line->entries)
+    const size_t n = m_cols.Size(c);
+    for (size_t p = 0; p < n; ++p) {
+        ILPNonZero* nz = m_cols.At(c, p);
         if (nz->GetIndex() != 0 && nz->GetEquationIdx() == row) return nz;
+    }
     return nullptr;
 }

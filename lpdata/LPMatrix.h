@@ -2,18 +2,19 @@
 // insertion order, by row and by column.
 //
 // Layout: the nonzeros sit in one array in insertion order (a nonzero's
-// 1-based index is its position there). Each column has a line, a contiguous
-// array of its nonzeros, in an array indexed by the variable's index; rows
-// are derived from the insertion-ordered array when first asked for and kept
-// up to date incrementally (LPMatrixLines.h). When the variable or equation
-// list renumbers (a removal), the columns and rows are re-keyed at the next
-// access, in O(columns) and O(rows); the lists' renumbering epochs tell the
-// matrix when that is due.
+// 1-based index is its position there). Columns are runs of that array
+// while entries arrive column by column, and compressed lines once they do
+// not; rows are derived from the insertion-ordered array when first asked
+// for and kept up to date incrementally (LPMatrixLines.h). When the variable
+// or equation list renumbers (a removal), the columns and rows are re-keyed
+// at the next access, in O(columns) and O(rows) (O(entries) for columns
+// whose order changes); the lists' renumbering epochs tell the matrix when
+// that is due.
 //
 // Duplicates: a second entry for the same (row, column) is summed into the
-// first. Short columns are scanned; a column that grows past a few entries
-// gets a hash index from equation to nonzero, so AddNonZeroObject costs O(1)
-// expected whatever the column length.
+// first. Short columns are scanned; a column of 16 entries or more that is
+// searched gets a hash index from equation to nonzero, so AddNonZeroObject
+// costs O(1) expected whatever the column length.
 //
 // Removal: RemoveNonZero removes one nonzero and renumbers the rest (O(nz)).
 // TrashNonZero / TrashVariable / TrashEquation only mark (index 0), and

@@ -83,26 +83,19 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
     const size_t nVars = lprec::TableLength(vars);
     const size_t nEqns = lprec::TableLength(eqns);
-    // The whole section is read and checked first, counting the entries of
-    // each column so that each column line is sized once; then each entry is
-    // made and inserted while it is fresh in the cache.
+    // The whole section is read and checked first; then each entry is made
+    // and inserted while it is fresh in the cache.
     std::vector<unsigned char> records;
     if (!lprec::ReadBlock(is, static_cast<uint64_t>(n) * kNonZeroRecord, records))
         ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
-    std::vector<uint32_t> perColumn(nVars + 1, 0);
     for (size_t i = 0; i < static_cast<size_t>(n); ++i) {
         const unsigned char* rec = records.data() + i * kNonZeroRecord;
         const int32_t vi = zembin::get32(rec + 0);
         const int32_t ei = zembin::get32(rec + 4);
         if (vi < 1 || static_cast<size_t>(vi) > nVars || ei < 1 || static_cast<size_t>(ei) > nEqns)
             ZEM_RAISE(zemsrc::kLpData, "LPStdDataMgr Error", kReadError, routine);
-        ++perColumn[static_cast<size_t>(vi)];
     }
     Sync();
-    for (size_t vi = 1; vi <= nVars; ++vi) {
-        const int idx = perColumn[vi] ? vars[vi - 1]->GetIndex() : 0;
-        if (idx >= 1 && idx <= ColLimit()) m_cols.Reserve(static_cast<size_t>(idx), perColumn[vi]);
-    }
     // When the equation table is the list in order (a fresh read), a
     // record's equation number is its row: the rows' entry counts are kept
     // up to date without visiting the equations.
@@ -125,7 +118,7 @@ void LPMatrix::ReadRecords(int n, ILPNonZero*** out, ILPVariable** vars, ILPEqua
             nz->Destroy();
             throw;
         }
-        if (rowsKnown) m_rows.NoteAppended(m_all.size() - 1, static_cast<size_t>(row));
+        if (rowsKnown) m_rows.NoteAppended(m_all.size() - 1, static_cast<size_t>(row), RowLimit());
         if (table) table[i] = nz;
     }
     if (table) {

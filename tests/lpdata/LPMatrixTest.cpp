@@ -225,6 +225,61 @@ TEST_F(MatrixTest, TwoEquationsClaimingOneRowAreReported) {
     EXPECT_EQ(matrix.NonZerosInRow(2), 1);
 }
 
+// Columns against the insertion-ordered list: walks, counts and lookups
+// while the columns are runs of the list, after the runs are re-keyed,
+// and once removals and revisited columns have given each column a line.
+TEST_F(MatrixTest, ColumnsFollowTheListThroughEveryLayout) {
+    for (int i = 7; i <= 30; ++i) eqns.InsertEquation(("R" + std::to_string(i)).c_str());
+    auto expectColumns = [&] {
+        std::map<ILPVariable*, std::vector<ILPNonZero*>> byVar;
+        for (ILPNonZero* nz = matrix.FrstNonZeroObject(); nz; nz = matrix.NextNonZeroObject())
+            byVar[nz->GetVariablePtr()].push_back(nz);
+        std::vector<ILPNonZero*> whole, walked;
+        for (int c = 1; c <= vars.NumberOfVariables(); ++c) {
+            const std::vector<ILPNonZero*>& expected = byVar[Col(c)];
+            std::vector<ILPNonZero*> col;
+            for (ILPNonZero* nz = matrix.ColFrstNonZeroObject(c); nz; nz = matrix.ColNextNonZeroObject())
+                col.push_back(nz);
+            EXPECT_EQ(col, expected) << "column " << c;
+            EXPECT_EQ(matrix.NonZerosInColumn(c), static_cast<int>(expected.size()));
+            for (ILPNonZero* nz : expected) EXPECT_EQ(matrix.ExistIncidence(nz->GetEquationIdx(), c), nz);
+            whole.insert(whole.end(), expected.begin(), expected.end());
+        }
+        for (ILPNonZero* nz = matrix.FrstNonZeroObjectByColumn(); nz; nz = matrix.NextNonZeroObjectByColumn())
+            walked.push_back(nz);
+        EXPECT_EQ(walked, whole);
+    };
+    // Column by column, a duplicate among them and a column long enough
+    // for its hash index.
+    Add(2, 1, 1);
+    Add(1, 1, 1);
+    ILPNonZero* dup = Add(3, 2, 1);
+    EXPECT_EQ(Add(3, 2, 2), dup);
+    for (int r = 30; r >= 5; --r) Add(r, 4, r);
+    EXPECT_EQ(Add(17, 4, 1)->GetCoefficient(), 18);
+    expectColumns();
+    // An entry-less variable leaves its list: the columns after it move down.
+    vars.RemoveVariable(Col(3));
+    expectColumns();
+    EXPECT_EQ(Add(9, 3, 1)->GetCoefficient(), 10);  // the old column 4, still open
+    Add(1, 3, 1);
+    expectColumns();
+    matrix.RemoveNonZero(dup);
+    expectColumns();
+    // Revisits and alternating columns.
+    EXPECT_EQ(Add(2, 1, 5)->GetCoefficient(), 6);
+    for (int r = 1; r <= 6; ++r) {
+        Add(r, 5, 1);
+        Add(r, 6, 1);
+    }
+    Add(4, 1, 1);
+    EXPECT_EQ(Add(4, 5, 1)->GetCoefficient(), 2);
+    expectColumns();
+    matrix.EliminateVariable(Col(3));
+    expectColumns();
+    ExpectIndicesConsecutive();
+}
+
 // Row counts without laid-out rows: from the counting pass, and kept up to
 // date by adds that name their row (as the readers add), duplicates included.
 TEST_F(MatrixTest, RowCountsFollowAddsThatNameTheirRow) {
