@@ -155,9 +155,12 @@ ILPNonZero* LPMatrixColumns::Find(size_t c, const ILPEquation* eqn) {
             if (match(nz)) return nz;
         return nullptr;
     }
-    // The reading path: a scan of the run with one list iterator.
-    auto it = m_all.begin() + m_run[c].pos;
-    for (size_t p = 0; p < n; ++p, ++it)
+    // The reading path: the first entry, then a scan of the rest of the run
+    // with one list iterator.
+    const Run& run = m_run[c];
+    if (match(run.first)) return run.first;
+    auto it = m_all.begin() + run.pos + 1;
+    for (size_t p = 1; p < n; ++p, ++it)
         if (match(*it)) return *it;
     return nullptr;
 }
@@ -166,12 +169,15 @@ void LPMatrixColumns::Append(size_t c, ILPNonZero* nz) {
     if (m_runs) {
         const size_t at = m_all.size() - 1;
         Run& run = m_run[c];
-        if (run.count == 0) {
+        if (run.count == 0 || (run.count == 1 && run.pos + 1 != at)) {
             // A new run: the column before it is complete, its index goes.
+            // A column whose one entry sits apart (as when the objective
+            // row's entries come first) starts its run here: the first
+            // entry is held on its own.
             if (!m_index.empty() && m_open != kNone) m_index.erase(m_open);
-            run.first = nz;
-            run.pos = static_cast<uint32_t>(at);
-            run.count = 1;
+            if (run.count == 0) run.first = nz;
+            run.pos = static_cast<uint32_t>(run.count == 0 ? at : at - 1);
+            ++run.count;
         } else if (run.pos + run.count == at) {
             ++run.count;
         } else {
@@ -199,8 +205,12 @@ void LPMatrixColumns::ToLines() {
     if (!m_runs) return;
     std::vector<std::vector<ILPNonZero*>> lines(m_run.size());
     for (size_t c = 0; c < m_run.size(); ++c) {
-        const auto from = m_all.begin() + m_run[c].pos;
-        lines[c].assign(from, from + m_run[c].count);
+        const Run& run = m_run[c];
+        if (run.count == 0) continue;
+        lines[c].reserve(run.count);
+        lines[c].push_back(run.first);
+        const auto from = m_all.begin() + run.pos + 1;
+        lines[c].insert(lines[c].end(), from, from + (run.count - 1));
     }
     m_run = LPBlockTable<Run>();
     m_line.swap(lines);

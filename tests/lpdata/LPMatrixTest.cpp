@@ -249,12 +249,16 @@ TEST_F(MatrixTest, ColumnsFollowTheListThroughEveryLayout) {
             walked.push_back(nz);
         EXPECT_EQ(walked, whole);
     };
-    // Column by column, a duplicate among them and a column long enough
-    // for its hash index.
+    // The objective row first, then column by column (as XLINEAR gives
+    // them), duplicates among them and a column long enough for its hash
+    // index.
+    Add(7, 1, 1);
+    Add(7, 2, 1);
     Add(2, 1, 1);
     Add(1, 1, 1);
     ILPNonZero* dup = Add(3, 2, 1);
     EXPECT_EQ(Add(3, 2, 2), dup);
+    EXPECT_EQ(Add(7, 2, 1)->GetCoefficient(), 2);
     for (int r = 30; r >= 5; --r) Add(r, 4, r);
     EXPECT_EQ(Add(17, 4, 1)->GetCoefficient(), 18);
     expectColumns();
