@@ -21,12 +21,6 @@ constexpr const char* kNonlinearNZ =
 constexpr const char* kNonlinearEqn =
     "NonLinear Matrix Edit Error - Can't Remove NonLinear Equation";
 
-std::string Describe(const ILPNonZero* nz) {
-    const ILPEquation* e = nz->GetEquationPtr();
-    const ILPVariable* v = nz->GetVariablePtr();
-    return std::string("NonZero : ") + (e ? e->GetName() : "") + " : " + (v ? v->GetName() : "");
-}
-
 }  // namespace
 
 LPMatrix::LPMatrix(ILPVariableList* vars, ILPEquationList* eqns)
@@ -125,7 +119,7 @@ void LPMatrix::FastInsertNonZeroObject(ILPNonZero* nz) {
 // ---- removal -------------------------------------------------------------------
 
 void LPMatrix::RefuseNonlinear(ILPNonZero* nz, const char* routine) {
-    if (nz->GetNonlinear() >= 1) ZEM_RAISE(zemsrc::kLpData, kNonlinearNZ, Describe(nz), routine);
+    if (nz->GetNonlinear() >= 1) ZEM_RAISE(zemsrc::kLpData, kNonlinearNZ, DescribeNonZero(nz), routine);
 }
 
 void LPMatrix::RefuseNonlinearEquation(ILPEquation* eqn, const char* routine) {
@@ -144,14 +138,14 @@ size_t LPMatrix::PositionOf(ILPNonZero* nz) const {
 
 void LPMatrix::EraseByRowNonZero(ILPNonZero* nz) {
     if (PositionOf(nz) == kNone)
-        ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::EraseByRowNonZero");
+        ZEM_RAISE(zemsrc::kLpData, kLocateError, DescribeNonZero(nz), "LPMatrix::EraseByRowNonZero");
     m_rows.Invalidate();
 }
 
 void LPMatrix::EraseByColNonZero(ILPNonZero* nz) {
     Sync();
     if (!m_cols.Erase(nz))
-        ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::EraseByColNonZero");
+        ZEM_RAISE(zemsrc::kLpData, kLocateError, DescribeNonZero(nz), "LPMatrix::EraseByColNonZero");
 }
 
 void LPMatrix::RemoveNonZero(ILPNonZero* nz) {
@@ -161,9 +155,9 @@ void LPMatrix::RemoveNonZero(ILPNonZero* nz) {
     // hold exactly the nonzeros of the list.
     Sync();
     if (PositionOf(nz) == kNone)
-        ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::EraseByRowNonZero");
+        ZEM_RAISE(zemsrc::kLpData, kLocateError, DescribeNonZero(nz), "LPMatrix::EraseByRowNonZero");
     if (!m_cols.Holds(nz))
-        ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::EraseByColNonZero");
+        ZEM_RAISE(zemsrc::kLpData, kLocateError, DescribeNonZero(nz), "LPMatrix::EraseByColNonZero");
     EraseByRowNonZero(nz);
     EraseByColNonZero(nz);
     const size_t pos = PositionOf(nz);
@@ -191,7 +185,7 @@ void LPMatrix::TrashNonZero(ILPNonZero* nz) {
     Sync();
     const bool atIndex = static_cast<size_t>(idx) <= m_all.size() && idx >= 1 && m_all[idx - 1] == nz;
     if (!atIndex && !m_cols.Holds(nz))
-        ZEM_RAISE(zemsrc::kLpData, kLocateError, Describe(nz), "LPMatrix::TrasnNonZero");
+        ZEM_RAISE(zemsrc::kLpData, kLocateError, DescribeNonZero(nz), "LPMatrix::TrasnNonZero");
     MarkTrashed(nz);
 }
 

@@ -17,15 +17,15 @@ constexpr size_t kIndexFrom = 16;
 constexpr const char* kIndexError =
     "Matrix Structure Error - Inconsistent Equation or Variable index";
 
-std::string Describe(const ILPNonZero* nz) {
+const void* RowOwner(const ILPNonZero* nz) { return static_cast<const void*>(nz->GetEquationPtr()); }
+
+}  // namespace
+
+std::string DescribeNonZero(const ILPNonZero* nz) {
     const ILPEquation* e = nz->GetEquationPtr();
     const ILPVariable* v = nz->GetVariablePtr();
     return std::string("NonZero : ") + (e ? e->GetName() : "") + " : " + (v ? v->GetName() : "");
 }
-
-const void* RowOwner(const ILPNonZero* nz) { return static_cast<const void*>(nz->GetEquationPtr()); }
-
-}  // namespace
 
 // ---- laid-out lines --------------------------------------------------------------
 
@@ -105,7 +105,7 @@ size_t LPMatrixColumns::For(ILPNonZero* nz, int limit, const char* routine) {
     const ILPVariable* var = nz->GetVariablePtr();
     const int idx = nz->GetVariableIdx();
     if (idx < (limit >= 0 ? 1 : 0) || (limit >= 0 && idx > limit))
-        ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), routine);
+        ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(nz), routine);
     const size_t c = static_cast<size_t>(idx);
     if (c == m_open && var == m_openVar) return c;
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -120,7 +120,7 @@ size_t LPMatrixColumns::For(ILPNonZero* nz, int limit, const char* routine) {
         if (owner == nullptr || owner == var) return c;
         Rekey();
     }
-    ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), routine);
+    ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(nz), routine);
 }
 
 const LPMatrixColumns::RowIndex* LPMatrixColumns::IndexOf(size_t c) {
@@ -274,7 +274,7 @@ void LPMatrixColumns::Rekey() {
     for (size_t s = 0; s < slots; ++s) {
         if (Size(s) == 0) continue;
         const int key = At(s, 0)->GetVariableIdx();
-        if (key < 0) ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(At(s, 0)), "LPMatrix::ReIndexByColMap");
+        if (key < 0) ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(At(s, 0)), "LPMatrix::ReIndexByColMap");
         keys[s] = key;
         top = std::max(top, static_cast<size_t>(key) + 1);
     }
@@ -282,7 +282,7 @@ void LPMatrixColumns::Rekey() {
     for (size_t s = 0; s < slots; ++s) {
         if (keys[s] < 0) continue;
         if (oldOf[static_cast<size_t>(keys[s])] != kNone)
-            ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(At(s, 0)), "LPMatrix::ReIndexByColMap");
+            ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(At(s, 0)), "LPMatrix::ReIndexByColMap");
         oldOf[static_cast<size_t>(keys[s])] = s;
     }
     if (m_runs) {
@@ -316,7 +316,7 @@ void LPMatrixColumns::TrimTail() {
 size_t LPMatrixRows::KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const {
     const int r = eqn ? eqn->GetIndex() : -1;
     if (r < (limit >= 0 ? 1 : 0) || (limit >= 0 && r > limit))
-        ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
+        ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(nz), "LPMatrix::BuildFastCollections");
     return static_cast<size_t>(r);
 }
 
@@ -324,7 +324,7 @@ void LPMatrixRows::Claim(size_t r, ILPNonZero* nz, const ILPEquation* owner) {
     if (m_owner[r] == nullptr)
         m_owner[r] = owner;
     else if (m_owner[r] != owner)
-        ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(nz), "LPMatrix::BuildFastCollections");
+        ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(nz), "LPMatrix::BuildFastCollections");
 }
 
 void LPMatrixRows::CountRoom(size_t r, int limit) {
@@ -351,7 +351,7 @@ void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit, ILPEquat
         ILPEquation* held = nullptr;
         list->RetrieveEquationObject(static_cast<int>(r), &held);
         if (held != eqn)
-            ZEM_RAISE(zemsrc::kLpData, kIndexError, Describe(all[i]), "LPMatrix::BuildFastCollections");
+            ZEM_RAISE(zemsrc::kLpData, kIndexError, DescribeNonZero(all[i]), "LPMatrix::BuildFastCollections");
         CountRoom(r, limit);
         ++m_count[r];
         m_counted = i + 1;

@@ -32,6 +32,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -40,6 +41,9 @@ class ILPEquation;
 class ILPEquationList;
 class ILPNonZero;
 class ILPVariable;
+
+// "NonZero : <row> : <column>", the subject of the matrix's error messages.
+std::string DescribeNonZero(const ILPNonZero* nz);
 
 class LPMatrixLineStore {
 public:
