@@ -28,8 +28,9 @@ LPMatrix::LPMatrix(ILPVariableList* vars, ILPEquationList* eqns)
       m_eqns(eqns),
       m_varImpl(dynamic_cast<const LPVariableList*>(vars)),
       m_eqnImpl(dynamic_cast<const LPEquationList*>(eqns)),
-      m_cols(m_all),
-      m_pool(LPNonZeroPool::Create()) {
+      m_pool(LPNonZeroPool::Create()),
+      m_all(m_pool),
+      m_cols(m_all) {
     if (m_varImpl) m_varEpoch = m_varImpl->RenumberEpoch();
     if (m_eqnImpl) m_eqnEpoch = m_eqnImpl->RenumberEpoch();
 }
@@ -132,8 +133,8 @@ size_t LPMatrix::PositionOf(ILPNonZero* nz) const {
     const int idx = nz->GetIndex();
     if (idx >= 1 && static_cast<size_t>(idx) <= m_all.size() && m_all[idx - 1] == nz)
         return static_cast<size_t>(idx) - 1;
-    const auto it = std::find(m_all.begin(), m_all.end(), nz);
-    return it == m_all.end() ? kNone : static_cast<size_t>(it - m_all.begin());
+    const size_t pos = m_all.Find(nz);
+    return pos == LPNonZeroList::npos ? kNone : pos;
 }
 
 void LPMatrix::EraseByRowNonZero(ILPNonZero* nz) {
@@ -161,7 +162,7 @@ void LPMatrix::RemoveNonZero(ILPNonZero* nz) {
     EraseByRowNonZero(nz);
     EraseByColNonZero(nz);
     const size_t pos = PositionOf(nz);
-    if (pos != kNone) m_all.erase(m_all.begin() + static_cast<std::ptrdiff_t>(pos));
+    if (pos != kNone) m_all.erase(pos);
     ++m_structure;
     m_trash.erase(std::remove(m_trash.begin(), m_trash.end(), nz), m_trash.end());
     ReIndexMatrixNZ(pos == kNone ? 1 : static_cast<int>(pos) + 1);
@@ -263,7 +264,7 @@ void LPMatrix::RemoveBatch(const std::vector<ILPNonZero*>& doomed) {
     EraseByRowNonZerosInTrash();
     EraseByColNonZerosInTrash();
     const auto gone = [this](const ILPNonZero* nz) { return m_doomed.count(nz) > 0; };
-    m_all.erase(std::remove_if(m_all.begin(), m_all.end(), gone), m_all.end());
+    m_all.RemoveIf(gone);
     ++m_structure;
     m_trash.erase(std::remove_if(m_trash.begin(), m_trash.end(), gone), m_trash.end());
     FullReIndexMatrixNZ();
@@ -375,7 +376,7 @@ ILPNonZero* LPMatrix::FrstNonZeroObject() {
     m_allCursor = kNone;
     if (m_all.empty()) return nullptr;
     m_allCursor = 0;
-    return m_all.front();
+    return m_all[0];
 }
 
 ILPNonZero* LPMatrix::NextNonZeroObject() {

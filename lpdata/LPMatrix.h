@@ -1,8 +1,8 @@
 // The sparse matrix: owns every nonzero of the model and reaches them in
 // insertion order, by row and by column.
 //
-// Layout: the nonzeros sit in one array in insertion order (a nonzero's
-// 1-based index is its position there). Columns are runs of that array
+// Layout: the nonzeros sit in one list in insertion order (a nonzero's
+// 1-based index is its position there; LPNonZeroList.h). Columns are runs of that array
 // while entries arrive column by column, and compressed lines once they do
 // not; rows are derived from the insertion-ordered array when first asked
 // for and kept up to date incrementally (LPMatrixLines.h). When the variable
@@ -42,18 +42,17 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <unordered_set>
 #include <vector>
 
 #include "lpdata/ILPMatrix.h"
 #include "lpdata/LPMatrixLines.h"
+#include "lpdata/LPNonZeroList.h"
 
 class ILPEquationList;
 class ILPVariableList;
 class LPEquationList;
 class LPVariableList;
-class LPNonZeroPool;
 
 class LPMatrix : public ILPMatrix {
 public:
@@ -175,7 +174,8 @@ private:
     uint64_t m_varEpoch = 0;
     uint64_t m_eqnEpoch = 0;
 
-    std::deque<ILPNonZero*> m_all;
+    LPNonZeroPool* m_pool;  // storage of the nonzeros this matrix creates
+    LPNonZeroList m_all;    // the nonzeros in index order
     LPMatrixColumns m_cols;
     LPMatrixRows m_rows;
     std::vector<ILPNonZero*> m_trash;
@@ -183,7 +183,6 @@ private:
     std::vector<ILPNonZero*> m_doomedList;
     int m_persisted = 0;
     uint64_t m_structure = 0;
-    LPNonZeroPool* m_pool;  // storage of the nonzeros this matrix creates
 
     size_t m_allCursor = kNone;
     Walk m_byRow, m_byCol, m_inRow, m_inCol, m_internalByRow, m_internalInRow;

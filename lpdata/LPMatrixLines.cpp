@@ -159,9 +159,10 @@ ILPNonZero* LPMatrixColumns::Find(size_t c, const ILPEquation* eqn) {
     // with one list iterator.
     const Run& run = m_run[c];
     if (match(run.first)) return run.first;
-    auto it = m_all.begin() + run.pos + 1;
-    for (size_t p = 1; p < n; ++p, ++it)
-        if (match(*it)) return *it;
+    for (size_t p = 1; p < n; ++p) {
+        ILPNonZero* nz = m_all[run.pos + p];
+        if (match(nz)) return nz;
+    }
     return nullptr;
 }
 
@@ -209,8 +210,7 @@ void LPMatrixColumns::ToLines() {
         if (run.count == 0) continue;
         lines[c].reserve(run.count);
         lines[c].push_back(run.first);
-        const auto from = m_all.begin() + run.pos + 1;
-        lines[c].insert(lines[c].end(), from, from + (run.count - 1));
+        for (size_t p = 1; p < run.count; ++p) lines[c].push_back(m_all[run.pos + p]);
     }
     m_run = LPBlockTable<Run>();
     m_line.swap(lines);
@@ -333,7 +333,7 @@ void LPMatrixRows::CountRoom(size_t r, int limit) {
     m_count.resize(std::max({r + 1, known, m_count.size() + m_count.size() / 2}), 0);
 }
 
-void LPMatrixRows::Count(const std::deque<ILPNonZero*>& all, int limit, ILPEquationList* list) {
+void LPMatrixRows::Count(const LPNonZeroList& all, int limit, ILPEquationList* list) {
     if (m_built || list == nullptr) {
         Settle(all, limit);
         return;
@@ -370,7 +370,7 @@ size_t LPMatrixRows::Counted(size_t r) const {
     return r < m_count.size() && m_counted != kNotCounted ? m_count[r] : 0;
 }
 
-void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
+void LPMatrixRows::Rebuild(const LPNonZeroList& all, int limit) {
     m_built = false;
     m_counted = kNotCounted;
     std::vector<uint32_t>().swap(m_count);
@@ -403,7 +403,7 @@ void LPMatrixRows::Rebuild(const std::deque<ILPNonZero*>& all, int limit) {
     m_built = true;
 }
 
-void LPMatrixRows::Settle(const std::deque<ILPNonZero*>& all, int limit) {
+void LPMatrixRows::Settle(const LPNonZeroList& all, int limit) {
     if (!m_built || m_settled > all.size()) {
         Rebuild(all, limit);
         return;

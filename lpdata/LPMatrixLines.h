@@ -30,12 +30,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
+
+#include "lpdata/LPNonZeroList.h"
 
 class ILPEquation;
 class ILPEquationList;
@@ -91,11 +92,11 @@ class LPMatrixRows {
 public:
     // Brings the rows up to date with all[0..all.size()). `limit` bounds the
     // row index (-1: no bound).
-    void Settle(const std::deque<ILPNonZero*>& all, int limit);
+    void Settle(const LPNonZeroList& all, int limit);
     // Brings the per-row entry counts up to date with all without deriving
     // the rows, checking that every entry's equation is the one the list
     // holds at its row (without a list the rows are derived instead).
-    void Count(const std::deque<ILPNonZero*>& all, int limit, ILPEquationList* list);
+    void Count(const LPNonZeroList& all, int limit, ILPEquationList* list);
     // Entries of row r as of the last Settle or Count.
     size_t Counted(size_t r) const;
     // Counts all[i], just appended, into row r when the counts are up to
@@ -121,7 +122,7 @@ public:
     const ILPEquation* Owner(size_t r) const { return r < m_owner.size() ? m_owner[r] : nullptr; }
 
 private:
-    void Rebuild(const std::deque<ILPNonZero*>& all, int limit);
+    void Rebuild(const LPNonZeroList& all, int limit);
     // Row index of nz, whose equation is eqn (checked against limit).
     size_t KeyOf(ILPNonZero* nz, const ILPEquation* eqn, int limit) const;
     // Row r belongs to owner; another equation there is a structure error.
@@ -168,7 +169,7 @@ public:
 
     // `all` is the matrix's insertion-ordered nonzero list, which the runs
     // point into.
-    explicit LPMatrixColumns(const std::deque<ILPNonZero*>& all) : m_all(all) {}
+    explicit LPMatrixColumns(const LPNonZeroList& all) : m_all(all) {}
 
     size_t Slots() const { return m_runs ? m_run.size() : m_line.size(); }
     size_t Size(size_t c) const {
@@ -182,7 +183,7 @@ public:
         if (p > 0) return m_all[run.pos + p];
         // A walk or search of the column starts here: its next entries are
         // fetched while the caller reads the first.
-        if (run.count > 1) __builtin_prefetch(&m_all[run.pos + 1]);
+        if (run.count > 1) m_all.Prefetch(run.pos + 1);
         return run.first;
     }
     // The variable of column c, or null when the column is empty.
@@ -214,7 +215,7 @@ private:
     // Ends the runs: each column gets its own line, sized to its entries.
     void ToLines();
 
-    const std::deque<ILPNonZero*>& m_all;
+    const LPNonZeroList& m_all;
     // Column c is `first`, then m_all[pos + 1 .. pos + count) of m_run[c]
     // while m_runs. The first entry is held on its own, so that finding an
     // entry in a short column costs no more memory loads than it did with

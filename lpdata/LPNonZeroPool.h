@@ -45,6 +45,11 @@ public:
     void Drop() { Unref(); }
     // The pool whose slot holds nz (which a pool made).
     static LPNonZeroPool* PoolOf(const LPNonZero* nz);
+    // The address of slot s, counting every slot of every chunk in the order
+    // a fresh pool hands them out (chunk by chunk, page by page, in address
+    // order), or null when the pool has no slot s yet. The slot may be free:
+    // only its address is computed, nothing is read from it.
+    void* SlotAt(size_t s) const;
 
 private:
     static constexpr size_t kPageBytes = 4096;
@@ -74,3 +79,24 @@ private:
     Slot* m_free = nullptr;
     size_t m_refs = 1;
 };
+
+inline void* LPNonZeroPool::SlotAt(size_t s) const {
+    // Chunks double from 1 page to 256, then stay at 256: chunk c of the
+    // nine doubling ones starts at page 2^c - 1, and the 256-page chunks
+    // follow from page 511 on.
+    static_assert(kLargestChunkPages == 256, "the chunk arithmetic assumes chunks of 1 to 256 pages");
+    constexpr size_t kDoublingChunks = 9;
+    constexpr size_t kDoublingPages = 2 * kLargestChunkPages - 1;
+    const size_t page = s / kSlotsPerPage;
+    size_t chunk, first;
+    if (page < kDoublingPages) {
+        chunk = static_cast<size_t>(63 - __builtin_clzll(static_cast<unsigned long long>(page) + 1));
+        first = (size_t(1) << chunk) - 1;
+    } else {
+        chunk = kDoublingChunks + (page - kDoublingPages) / kLargestChunkPages;
+        first = kDoublingPages + (chunk - kDoublingChunks) * kLargestChunkPages;
+    }
+    if (chunk >= m_chunks.size()) return nullptr;
+    return m_chunks[chunk].get() + (page - first) * kPageBytes + kHeadBytes +
+           (s % kSlotsPerPage) * kSlotBytes;
+}

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "lpdata/LPNonZero.h"
+#include "lpdata/LPNonZeroList.h"
+#include "lpdata/LPNonZeroPool.h"
 #include "LPTestRig.h"
 
 namespace {
@@ -68,6 +70,49 @@ TEST(LPNonZeroPool, EntriesOutliveTheMatrixThatMadeThem) {
     loose->Destroy();
     EXPECT_EQ(copy->GetCoefficient(), 2.5);
     // `moved` goes with the keeper's matrix; `copy` with its unique_ptr.
+}
+
+// The matrix's list computes its entries from the pool's slot numbers while
+// entries come in the order the pool made them (past the doubling chunks:
+// 511 pages of 73 slots), and holds them once they do not.
+TEST(LPNonZeroList, EntriesAreTheNonzerosAppendedInEveryLayout) {
+    LPNonZeroPool* pool = LPNonZeroPool::Create();
+    std::vector<ILPNonZero*> made;
+    {
+        LPNonZeroList list(pool);
+        for (int i = 0; i < 60000; ++i) {
+            made.push_back(pool->Make());
+            if (i % 1000 == 7) {  // a duplicate: destroyed before it is appended
+                made.back()->Destroy();
+                made.back() = pool->Make();
+            }
+            list.push_back(made.back());
+        }
+        ASSERT_EQ(list.size(), made.size());
+        EXPECT_FALSE(list.Stored());
+        for (size_t i = 0; i < made.size(); ++i) ASSERT_EQ(list[i], made[i]) << i;
+        EXPECT_EQ(list.Find(made[54321]), 54321u);
+        // Made before the last one but appended after it.
+        ILPNonZero* early = pool->Make();
+        ILPNonZero* late = pool->Make();
+        list.push_back(late);
+        EXPECT_TRUE(list.Stored());
+        list.push_back(early);
+        made.push_back(late);
+        made.push_back(early);
+        std::vector<ILPNonZero*> removed = {made[3], made[11], early};
+        list.erase(3);
+        list.RemoveIf([&](const ILPNonZero* nz) { return nz == removed[1] || nz == early; });
+        made.erase(made.begin() + 11);
+        made.erase(made.begin() + 3);
+        made.pop_back();
+        ASSERT_EQ(list.size(), made.size());
+        EXPECT_TRUE(std::equal(list.begin(), list.end(), made.begin()));
+        EXPECT_EQ(list.Find(early), LPNonZeroList::npos);
+        for (ILPNonZero* nz : removed) nz->Destroy();
+    }
+    for (ILPNonZero* nz : made) nz->Destroy();
+    pool->Drop();
 }
 
 #if defined(__SANITIZE_ADDRESS__)
