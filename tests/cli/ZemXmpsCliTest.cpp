@@ -92,14 +92,3 @@ TEST_F(ZemXmps, EvalPrintsEveryRowAndEveryEntryInTextAndJson) {
     }
 }
 
-TEST_F(ZemXmps, ConvertWritesXmpsThatEvaluatesTheSame) {
-    const std::string out = dir_ + "/copy.xmps";
-    const Result r = Run("convert '" + Refinery() + "' '" + out + "'");
-    ASSERT_EQ(r.status, 0) << r.err;
-    const Evaluation original = EvaluateHere(Refinery());
-    const Evaluation copy = EvaluateHere(out);
-    ASSERT_EQ(copy.rows.size(), original.rows.size());
-    for (const auto& [name, value] : original.rows) {
-        EXPECT_NEAR(copy.rows.at(name), value, 1e-5 * (1 + std::fabs(value))) << name;
-    }
-}

@@ -22,20 +22,6 @@ TEST(LPVariable, CopyIsDeep) {
     EXPECT_EQ(b.GetBoundUpper(), 7);
 }
 
-TEST(LPVariable, Display) {
-    LPVariable v;
-    v.SetIndex(3);
-    v.SetName("X");
-    v.SetVarType(4);
-    v.SetVarStatus(9);
-    std::ostringstream os;
-    v.Display(os);
-    EXPECT_EQ(os.str(),
-              "Variable [3] : X\n Lower = 0, Value = 1, Upper = 1e+20\n"
-              " Type = Semi-continuous, Status = Unknown\n Matrix Nonzeros = 0\n"
-              " Number NonLinearities = 0\n\n");
-}
-
 // An equality row keeps limits set directly (the reader's RANGES tests cover
 // how a range widens an inequality row).
 TEST(LPEquation, RangeAndLimitSettersByType) {

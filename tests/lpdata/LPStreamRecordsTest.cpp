@@ -57,25 +57,6 @@ TEST(ListRecords, EquationRecordLayout) {
     EXPECT_EQ(v4.str().substr(0, 48), s.substr(0, 48));
 }
 
-TEST(ListRecords, VersionSelectsTheLayout) {
-    LPVariableList vars;
-    LPEquationList eqns;
-    vars.InsertVariable("V");
-    eqns.InsertEquation("E");
-    const struct {
-        double version;
-        size_t varRecord, eqnRecord;
-    } cases[] = {{1.05, 80, 40},   {2011.0, 80, 40}, {2011.1, 80, 40}, {2011.5, 80, 40},
-                 {2011.6, 88, 48}, {2017.5, 88, 48}, {2017.6, 88, 56}, {2020.1, 88, 56}};
-    for (const auto& c : cases) {
-        std::ostringstream vs, es;
-        vars.StreamWrite(&vs, c.version);
-        eqns.StreamWrite(&es, c.version);
-        EXPECT_EQ(vs.str().size(), c.varRecord + 4 + 2) << c.version;
-        EXPECT_EQ(es.str().size(), c.eqnRecord + 4 + 2) << c.version;
-    }
-}
-
 // Empty lists write nothing: the empty model file's size pins that. Reading
 // zero entities reads nothing and hands out an empty table.
 TEST(ListRecords, ReadingNoEntitiesReadsNothing) {

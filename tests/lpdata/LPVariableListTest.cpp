@@ -85,7 +85,9 @@ TEST(LPVariableList, ProcessCountsTypesAndComplementPairs) {
 TEST(LPVariableList, Displays) {
     LPVariableList list;
     ILPVariable* a = list.InsertVariable("A");
-    list.InsertVariable("B")->SetVarType(ZEM_VAR_BINARY);
+    ILPVariable* b = list.InsertVariable("B");
+    b->SetVarType(ZEM_VAR_SEMICONTINUOUS);
+    b->SetVarStatus(9);
     a->SetVarValue(2.5);
     a->SetPersistentValue(1.0);
     std::ostringstream os;
@@ -93,16 +95,16 @@ TEST(LPVariableList, Displays) {
     EXPECT_EQ(os.str(),
               "\nD I S P L A Y   O F   M A T R I X   V A R I A B L E S\n"
               "         1  Continuous\n"
-              "         1  Binary\n"
+              "         0  Binary\n"
               "         0  Discrete\n"
-              "         0  Semi-continuous\n"
+              "         1  Semi-continuous\n"
               "         0  Unknown\n"
               "\n"
               "Variable [1] : A\n Lower = 0, Value = 2.5, Upper = 1e+20\n"
               " Type = Continuous, Status = Basic\n Matrix Nonzeros = 0\n"
               " Number NonLinearities = 0\n\n"
               "Variable [2] : B\n Lower = 0, Value = 1, Upper = 1e+20\n"
-              " Type = Binary, Status = Basic\n Matrix Nonzeros = 0\n"
+              " Type = Semi-continuous, Status = Unknown\n Matrix Nonzeros = 0\n"
               " Number NonLinearities = 0\n\n");
     std::ostringstream ps;
     list.DisplayPersistedValues(ps);

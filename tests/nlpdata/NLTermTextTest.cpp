@@ -150,11 +150,3 @@ TEST(EquationTerms, KeepTheirFullIdentifierAndAddNothing) {
     EXPECT_STREQ(empty.GetNonLinearityID(), "QCLEQ");
 }
 
-TEST(EquationTerms, WrapperRemembersItsTermWithoutOwningIt) {
-    TermRig rig;
-    TermPtr inner = TermRig::Make("EXPX");
-    NonLinearityWrap wrap("WRAPEQ:x");
-    EXPECT_EQ(wrap.GetNonlinearityRef(), nullptr);
-    wrap.AddNonlinearityRef(inner.get());
-    EXPECT_EQ(wrap.GetNonlinearityRef(), inner.get());
-}

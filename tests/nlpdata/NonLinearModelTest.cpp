@@ -8,7 +8,6 @@
 
 #include "NLRig.h"
 #include "lpdata/ZEMException.h"
-#include "nlpdata/INonLinearBlockList.h"
 #include "nlpdata/NLTypeCodes.h"
 
 namespace {
@@ -318,13 +317,6 @@ TEST(NonLinearModelListing, DisplayShowsMatrixThenPoolAndByColumnOrders) {
     std::ostringstream col;
     m.model->DisplayByColumn(col);
     EXPECT_LT(col.str().find("NATURAL LOG"), col.str().find("EXPONENTIAL X"));
-}
-
-TEST(NonLinearModelSettings, UnbuiltComponentsReportFailure) {
-    ModelRig m;
-    EXPECT_FALSE(m.model->PreEvaluateSCDModel(nullptr));
-    ASSERT_NE(m.model->NLBlockList(), nullptr);
-    EXPECT_EQ(m.model->NLBlockList()->NumberOfBlocks(), 0);
 }
 
 }  // namespace

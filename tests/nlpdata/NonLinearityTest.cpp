@@ -36,28 +36,6 @@ std::unique_ptr<LPVariable> Var(const char* name, double value = 1.0) {
 
 }  // namespace
 
-TEST(NonLinearityBase, BareTermEvaluatesToMinusOneAndAddsNoDerivatives) {
-    TextTerm t;
-    LPEquation row;
-    row.SetEqnValue(10.0);
-    auto x = Var("X", 3.0);
-    LPNonZero nz;
-    nz.SetPartialDeriv(0.25);
-    t.SetEquationPtr(&row);
-    t.AddVariableObject(x.get());
-    t.StoreNonZeroReference(&nz);
-    EXPECT_EQ(t.EvaluateTerm(), -1.0);
-    t.TermJacobian();
-    std::ostringstream diag;
-    t.TermJacobian(diag);
-    EXPECT_EQ(nz.GetPartialDeriv(), 0.25);
-    EXPECT_TRUE(diag.str().empty());
-    t.EvaluateTermAndAdd();
-    EXPECT_EQ(row.GetEqnValue(), 9.0);
-    t.EvaluateTermAndAdd();
-    EXPECT_EQ(row.GetEqnValue(), 8.0);
-}
-
 TEST(NonLinearityBase, RepeatedVariablesCountOnceAmongUniqueOnes) {
     TextTerm t;
     auto a = Var("A"), b = Var("B");

@@ -262,17 +262,3 @@ TEST(ZEMMgr, AppendFromZEMWithPrefixSharesExistingNames) {
     EXPECT_EQ(Entry(self.get(), "B_L1", "B_X2")->GetCoefficient(), Entry(self.get(), "L1", "X2")->GetCoefficient());
 }
 
-TEST(ZEMMgr, PartsThatAreNotInThisBuild) {
-    ZEMMgrPtr m = NewMgr();
-    INLParameterList* params = reinterpret_cast<INLParameterList*>(m.get());
-    m->GetNLBlockParameterList("B", &params);
-    EXPECT_EQ(params, nullptr);
-    EXPECT_FALSE(m->HasSCDModel());
-    int written = 0, read = 0;
-    std::stringstream ss;
-    m->XMPSWriteXML(&ss, &written);
-    m->XMPSReadXML(&ss, &read);
-    EXPECT_EQ(std::make_pair(written, read), std::make_pair(1, 1));
-    m->SetSCDControl(nullptr, "x");
-    EXPECT_EQ(m->GetSCDControl(), nullptr);
-}
