@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <cctype>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>

@@ -2,7 +2,6 @@
 // model file round trip checked through zem dump, the nonlinear parts of
 // info and dump, and the refusals of truncated files and unknown outputs.
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "ZemCliTestSupport.h"
@@ -37,20 +36,15 @@ TEST_F(ZemModelFile, ModelFileDumpsExactlyAsTheXmpsItCameFrom) {
     ASSERT_EQ(fromZem.status, 0) << fromZem.err;
     EXPECT_EQ(fromZem.out, fromXmps.out);
 
-    // The comparison is not vacuous: every part of the model is there.
-    const Doc doc = Doc::parse(fromZem.out);
-    EXPECT_EQ(doc.at("title").get<std::string>(), "REFINERY");
-    EXPECT_EQ(doc.at("variables").size(), 18u);
-    const Doc& terms = doc.at("terms");
+    // The comparison is not vacuous: the terms are there (the counts, the
+    // collections and the options are checked below).
+    const Doc terms = Doc::parse(fromZem.out).at("terms");
     ASSERT_EQ(terms.size(), 12u);
     EXPECT_EQ(terms.at(1).at("keyword").get<std::string>(), "DIV");
     EXPECT_EQ(terms.at(1).at("equation").get<std::string>(), "OCTANE");
     EXPECT_EQ(Texts(terms.at(1).at("variables")),
               (std::vector<std::string>{"NAPHTHA", "REFORMATE", "NAPHTHA", "REFORMATE"}));
     EXPECT_EQ(Numbers(terms.at(1).at("constants")), (std::vector<double>{2, 2, 1, 1, 1, 71, 98}));
-    // How collections and options are dumped is checked below.
-    EXPECT_EQ(doc.at("collections").size(), 2u);
-    EXPECT_EQ(doc.at("options").size(), 2u);
 }
 
 TEST_F(ZemModelFile, DumpListsBothOptionColumnsAndEveryCollection) {
@@ -148,24 +142,17 @@ TEST_F(ZemModelFile, SummaryHoldsHeadingListingAndOptions) {
 }
 
 TEST_F(ZemModelFile, DamagedOrMissingModelFilesExitWithOne) {
+    // The library's refusal (its texts are checked with the model file): a
+    // failure, not a usage error.
     const std::string whole = Slurp(RefineryZem());
-    ASSERT_GT(whole.size(), 400u);
-    // Cut just after the header, and in the middle of the sections.
-    for (const size_t keep : {size_t(144), whole.size() / 2}) {
-        const std::string cut = File("cut.zem", whole.substr(0, keep));
-        for (const char* command : {"info", "dump"}) {
-            const Result r = Run(std::string(command) + " '" + cut + "'");
-            EXPECT_EQ(r.status, 1) << command << " of " << keep << " bytes";
-            EXPECT_EQ(r.out, "") << keep;
-            EXPECT_FALSE(r.err.empty()) << keep;
-            EXPECT_EQ(r.err.find("Run 'zem --help'"), std::string::npos) << r.err;
-            if (keep == 144) {
-                EXPECT_NE(r.err.find("Error during read of ZEMFile Header from binary file"), std::string::npos)
-                    << r.err;
-            }
-        }
+    const std::string cut = File("cut.zem", whole.substr(0, whole.size() / 2));
+    for (const char* command : {"info", "dump"}) {
+        const Result r = Run(std::string(command) + " '" + cut + "'");
+        EXPECT_EQ(r.status, 1) << command;
+        EXPECT_EQ(r.out, "") << command;
+        EXPECT_NE(r.err.find("Exception Reason : "), std::string::npos) << r.err;
+        EXPECT_EQ(r.err.find("Run 'zem --help'"), std::string::npos) << r.err;
     }
-
     const Result missing = Run("dump '" + dir_ + "/absent.zem'");
     EXPECT_EQ(missing.status, 1);
     EXPECT_NE(missing.err.find("absent.zem"), std::string::npos) << missing.err;

@@ -1,6 +1,5 @@
 // zem eval (text and JSON) and convert on extended MPS files, checked
 // against the same evaluation done in this process.
-#include <cmath>
 #include <map>
 #include <sstream>
 #include <string>

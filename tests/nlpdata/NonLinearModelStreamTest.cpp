@@ -2,7 +2,6 @@
 // round trips, thresholds, and refusal of damaged input.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <sstream>
 #include <string>
 #include <vector>
