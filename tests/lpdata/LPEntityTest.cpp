@@ -45,19 +45,6 @@ TEST(LPEquation, RangeAndLimitSettersByType) {
     EXPECT_EQ(ge.GetRHS(), 3);
 }
 
-TEST(LPEquation, Display) {
-    LPEquation e;
-    e.SetIndex(1);
-    e.SetName("R1");
-    e.SetType(5);
-    e.SetRHS(2.5);
-    std::ostringstream os;
-    e.Display(os);
-    EXPECT_EQ(os.str(),
-              "Equation [1] : R1\n RHS = 2.5, Range = 0\n Type = FREE\n EqnValue w/o RHS = 0\n"
-              " Matrix Nonzeros = 0\n Number NonLinearities = 0\n\n");
-}
-
 TEST(ZEMTypes, RelativeTolerance) {
     EXPECT_TRUE(ZEMValuesEqual(1e-9, 2e-9, 1e-6));
     EXPECT_FALSE(ZEMValuesEqual(1000, 1001, 1e-4));

@@ -54,7 +54,6 @@ TEST(CExpEval, RefusesWithMessageCodeAndPosition) {
         {"", "Error: Empty Expression.", 5, -1},
         {"2*-3", "Error: Expected an operand.", 8, 2},
         {"1/0", "Error: Divide by zero error.", 3, 1},
-        {"1/(x-3)", "Error: Divide by zero error.", 3, 1},
         {"sqrt 4", "Error: Expected '('.", 10, 5},
         {"sqrt", "Error: Expected '('.", 10, 4},
         {"2 & 3", "Error: Expected a logical operator.", 1, 2},
@@ -71,7 +70,6 @@ TEST(CExpEval, RefusesWithMessageCodeAndPosition) {
         {"2x", "Error: Invalid number.", 1, 0},
         {"1.2.3", "Error: Invalid number.", 1, 0},
         {"2 + y", "Error: Unknown symbol.", 2, 4},
-        {"--1", "Error: Expected an operand.", 8, 1},
     };
     for (const auto& c : cases) {
         const Outcome r = Eval(c.text);

@@ -123,15 +123,40 @@ TEST(ZEMMgr, NamedCollections) {
     EXPECT_FALSE(m->AddNamedVarCollection(nullptr));
 }
 
+// Empty rows go in one batch: rows without entries, also those holding only
+// a term without arguments (which goes with them); the rows after them move
+// down with their entries and terms; pending variable trash is left.
 TEST(ZEMMgr, ProcessFullCollectionDropsEmptyRowsAndCounts) {
     ZEMMgrPtr m = RichMgr();
+    IZEMModelBuilder* b = Builder(m.get());
     ILPEquationList* eqns = Eqns(m.get());
+    INonLinearModel* nl = NL(m.get());
     eqns->InsertEquation("EMPTY");
+    ILPEquation* constOnly = eqns->InsertEquation("CONSTONLY");
+    ILPEquation* kept = eqns->InsertEquation("KEPT");
+    const double two[] = {2.0};
+    b->MakeNonLinearityFast(4, constOnly, 0, nullptr, 1, two, nullptr);
+    b->MakeAddLinearNonZeroNew(kept, Var(m.get(), "X5"), 2.0);
+    ILPVariable* args[] = {Var(m.get(), "X3"), Var(m.get(), "X5")};
+    b->MakeNonLinearityFast(1, kept, 2, args, 1, two, nullptr);
+    const int terms = nl->NumberOfNonLinearities();
+    ILPVariable* spare = nullptr;
+    b->MakeAddReturnVariable("SPARE", &spare);
+    m->TrashVariable(spare);
     m->ProcessFullCollection();
     EXPECT_EQ(eqns->EqnNameLookup("EMPTY"), nullptr);
-    EXPECT_EQ(eqns->NumberOfEquations(), 5);
+    EXPECT_EQ(eqns->EqnNameLookup("CONSTONLY"), nullptr);
+    EXPECT_EQ(eqns->NumberOfEquations(), 6);
+    EXPECT_EQ(eqns->EqnNameLookup("KEPT"), kept);
+    EXPECT_EQ(kept->GetIndex(), 6);
+    EXPECT_EQ(nl->NumberOfNonLinearities(), terms - 1);
+    EXPECT_EQ(nl->RowFrstNonLinearityObject(6)->GetEquationPtr(), kept);
+    EXPECT_EQ(Matrix(m.get())->RowFrstNonZeroObject(6)->GetEquationPtr(), kept);
     EXPECT_EQ(Eqn(m.get(), "L1")->GetNumberNZ(), 2);
     EXPECT_EQ(Var(m.get(), "X1")->GetNumberNZ(), 3);  // OBJ, E1 (linear and term), G1 (term)
+    EXPECT_EQ(Var(m.get(), "SPARE"), spare);
+    m->EmptyAllTrash();
+    EXPECT_EQ(Var(m.get(), "SPARE"), nullptr);
 }
 
 TEST(ZEMMgr, RemovalAndTrash) {
