@@ -62,17 +62,7 @@ TEST_F(EditTest, CaseOfEveryKindAppliesAndUndoesExactly) {
     CZEMCaseMgr c(1, "ALL", "every kind", m.mgr);
     AddAll(c);
     c.Apply();
-    const Snapshot after = Take();
-    EXPECT_EQ(after.value, 1.5);
-    EXPECT_EQ(after.lower, 7.0);
-    EXPECT_EQ(after.upper, 7.0);
-    EXPECT_EQ(after.vtype, 2);
-    EXPECT_EQ(after.rhs, 99.0);
-    EXPECT_EQ(after.range, 3.0);
-    EXPECT_EQ(after.coeff, 4.0);
-    EXPECT_EQ(after.etype, 4);
-    EXPECT_EQ(after.mult, 8.0);
-    EXPECT_EQ(after.option, "900");
+    EXPECT_TRUE(Take() == (Snapshot{1.5, 7.0, 7.0, 99.0, 3.0, 4.0, 8.0, 2, 4, "900"}));
     c.UnApply();
     EXPECT_TRUE(Take() == before);
     // Nothing applied: UnApply changes nothing.
