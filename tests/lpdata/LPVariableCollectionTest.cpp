@@ -6,22 +6,8 @@
 
 #include "lpdata/LPVariableList.h"
 
-TEST(LPVariableCollection, DefaultsAndMembership) {
-    LPVariableList vars;
-    ILPVariable* a = vars.InsertVariable("A");
-    ILPVariable* b = vars.InsertVariable("B");
-    LPVariableCollection col;
-    EXPECT_STREQ(col.Name(), "UNNAMED");
-    EXPECT_EQ(col.CollectionSize(), 0);
-    EXPECT_EQ(col.AddVariableObject(a), 1);
-    EXPECT_EQ(col.AddVariableObject(b), 2);
-    EXPECT_EQ(col.AddVariableObject(a), 2);
-    EXPECT_TRUE(col.RemoveVariable(a));
-    EXPECT_FALSE(col.RemoveVariable(a));
-    EXPECT_EQ(col.FrstVariableObject(), b);
-    EXPECT_EQ(col.NextVariableObject(), nullptr);
-}
-
+// Membership (distinct, ordered, removable) is the member list the sets use,
+// checked with the sets; the default name with the collection record.
 TEST(LPVariableCollection, DisplayByDirection) {
     LPVariableList vars;
     LPVariableCollection col;
