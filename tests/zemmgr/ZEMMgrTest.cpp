@@ -13,7 +13,6 @@ TEST(ZEMMgr, NewManagerDefaultsAndReferenceCounting) {
                               m->IsHybridModel(), m->GetRank(), m->GetTrace()),
               std::make_tuple(false, true, false, -1, 0));
     EXPECT_STREQ(m->GetModelDir(), "");
-    EXPECT_EQ(dynamic_cast<ZEMMgr*>(m.get())->GetFileVersion(), 2020.1);
     IZEMMgr* viaData = nullptr;
     ZEMDataObjectFactory(&viaData);
     ASSERT_NE(viaData, nullptr);
