@@ -58,6 +58,10 @@ TEST(ZEMModelBuilder, TermsAndSets) {
 
     // Terms made by name and by code are filled and added through the
     // builder in the edit test below and in the flat functions' test.
+    INonLinearity* byCode = nullptr;
+    b->MakeNonLinearityByCode(3, r, &byCode);
+    EXPECT_EQ(byCode->GetType(), 3);
+    byCode->Destroy();  // never added to the pool
     INonLinearity* lg = nullptr;
     ILPVariable* arg[] = {x};
     const double c[] = {1.0, 1.0};

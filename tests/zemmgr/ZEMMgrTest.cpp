@@ -186,10 +186,14 @@ TEST(ZEMMgr, RemovalAndTrash) {
     ExpectSameModel(m.get(), b.get());
 }
 
-// Summing repeats is checked through the builder, which inserts by name.
-TEST(ZEMMgr, InsertMatrixEntryRefusesUnknownNames) {
+TEST(ZEMMgr, InsertMatrixEntrySumsAndRefusesUnknownNames) {
     ZEMMgrPtr m = RichMgr();
-    ILPNonZero* nz = nullptr;
+    ILPNonZero *nz = nullptr, *again = nullptr;
+    m->InsertMatrixEntry("L1", "X4", 2.0, &nz);
+    ASSERT_NE(nz, nullptr);
+    m->InsertMatrixEntry("L1", "X4", 1.5, &again);
+    EXPECT_EQ(again, nz);
+    EXPECT_EQ(nz->GetCoefficient(), 3.5);
     EXPECT_THROW(m->InsertMatrixEntry("NOROW", "X4", 1.0, &nz), ZEM_Exception);
     EXPECT_THROW(m->InsertMatrixEntry("L1", "NOCOL", 1.0, &nz), ZEM_Exception);
 }
