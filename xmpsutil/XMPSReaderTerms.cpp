@@ -55,9 +55,10 @@ struct XMPSReader::TermTexts {
 void XMPSReader::AppendArgument(const char* text) { AppendArgument(text, std::strlen(text)); }
 
 void XMPSReader::AppendArgument(const char* text, size_t n) {
-    m_argStart.push_back(m_argText.size());
-    m_argText.insert(m_argText.end(), text, text + n);
-    m_argText.push_back('\0');
+    const size_t at = m_argText.size();
+    m_argStart.push_back(at);
+    m_argText.resize(at + n + 1);
+    MPSCopyText(m_argText.data() + at, text, n);
 }
 
 bool XMPSReader::ReadContinuedXMPSLine() {
@@ -95,8 +96,10 @@ int16_t XMPSReader::ParseNONLINEARDataCard() {
         return n;
     };
     constexpr size_t kMax = xmpstok::kTokenMax;
+    // The look-ahead located the equation of a card it mapped.
+    const bool located = CardInHandLocated();
     const xmpstok::LineMap* map = &CardMap();
-    xmpstok::FieldSpan t = map->Next(m_geometry.start[kMPSFieldName1]);
+    xmpstok::FieldSpan t = located ? m_next.fields[kMPSFieldName1] : map->Next(m_geometry.start[kMPSFieldName1]);
     if (t.text == nullptr) return kXMPSCardToken;
     m_equationLength = copy(equation, t, std::min(kMax, static_cast<size_t>(std::max<int16_t>(m_geometry.nameWidth, 0))));
     const auto after = [this](const xmpstok::FieldSpan& span) { return static_cast<int>(span.text + span.n - m_line); };
