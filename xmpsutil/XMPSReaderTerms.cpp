@@ -55,10 +55,9 @@ struct XMPSReader::TermTexts {
 void XMPSReader::AppendArgument(const char* text) { AppendArgument(text, std::strlen(text)); }
 
 void XMPSReader::AppendArgument(const char* text, size_t n) {
-    const size_t at = m_argText.size();
-    m_argStart.push_back(at);
-    m_argText.resize(at + n + 1);
-    MPSCopyText(m_argText.data() + at, text, n);
+    m_argStart.push_back(m_argText.size());
+    m_argText.insert(m_argText.end(), text, text + n);
+    m_argText.push_back('\0');
 }
 
 bool XMPSReader::ReadContinuedXMPSLine() {
