@@ -148,9 +148,11 @@ void MPSStdReader::AddColumnEntry(int rowField, int valueField, ILPVariable* var
 // their objects requested when the card is read, and written once the next
 // card has been read, so the write need not wait for memory. An XMPS file
 // names its rows in another order than the one they were made in (by the
-// term cards), so without this nearly every write waited on its row: the
-// XMPS read of the benchmark model took about 1.04 times as long. Whatever
-// ends the section, the values already read are set.
+// term cards), so nearly every write waited on its row: with the late
+// writes this handler's share of a profile of the XMPS read of the benchmark
+// model fell from 2.3% to 0.9%, and the read takes 0.98-0.99 times as long
+// (within the noise). Whatever ends the section, the values already read
+// are set.
 void MPSStdReader::RHSData() {
     static const char* const kRoutine = "MPSStdReader::RHSData";
     static const char* const kIncomplete = "MPS RHS Section Error - Incomplete Data Entry";
