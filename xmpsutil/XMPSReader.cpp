@@ -266,7 +266,8 @@ void XMPSReader::LocateCard(const char* line, size_t len, MPSCardView& card) {
         xmpstok::LocateFreeFormat(m_nextMap, SectionHasKey(), card.fields);
         return;
     }
-    for (MPSFieldView& view : card.fields) view = MPSFieldView{};
+    // The token rule's cards use these two fields alone.
+    card.fields[kMPSFieldName2] = MPSFieldView{};
     card.fields[kMPSFieldName1] = m_nextMap.Next(m_geometry.start[kMPSFieldName1]);
     const int at = m_argColumn;
     if (at > 0 && at < cut && xmpstok::IsBlank(line[at - 1]) && !xmpstok::IsBlank(line[at])) {
