@@ -6,13 +6,10 @@
 //   text    .X..XXXXXXXX...........XXXXXXXXXXXX..XXXXXXXX   (X: bit set)
 //   Next(4)  -> "R0000000"     Next(12) -> "0.694012E+03"
 //
-// The line is read sixteen characters at a time with 128-bit vectors where
-// the processor has them, else eight at a time with plain word arithmetic;
-// the last few characters are taken from the line's last eight. Nothing
-// beyond the line's end is read. The vectors alone make a whole XMPS read of
-// the benchmark model 0.97-0.99 times as long (within the noise); together
-// with the term-card changes of XMPSReaderTerms.cpp and the late RHS writes
-// of MPSStdReaderSections.cpp, 0.92-0.98 times (bench/mps_README.md).
+// The line is read eight characters at a time with plain word arithmetic;
+// nothing beyond the line's end is read. (A 128-bit vector variant made a
+// whole XMPS read of the benchmark model about 2% faster, within the noise,
+// and went.)
 #pragma once
 
 #include <cstddef>

@@ -157,17 +157,6 @@ TEST(MPSStdReader, ColumnWithoutEntriesIsRememberedNotMade) {
     EXPECT_EQ(VarNames(m.get()), (Names{"X1", "X2", "NEWCOL"}));
 }
 
-// Right-hand sides are written a card late: a refused card still leaves
-// every value read before the fault set, in card order.
-TEST(MPSStdReader, RhsRefusedCardKeepsTheValuesReadBeforeIt) {
-    ModelPtr m = NewModel();
-    EXPECT_THROW(ReadInto(m.get(), Model({"RHS", Card("", "RHS", "LIM1", "4.0", "LIM1", "5.0"),
-                                          Card("", "RHS", "LIM2", "1.5", "NOSUCH", "1.0")})),
-                 ZEM_Exception);
-    EXPECT_EQ(Eqn(m.get(), "LIM1")->GetRHS(), 5.0);
-    EXPECT_EQ(Eqn(m.get(), "LIM2")->GetRHS(), 1.5);
-}
-
 TEST(MPSStdReader, RhsFirstPairIsLenientAndRangesSetRowLimits) {
     ModelPtr m = Read(Model({"RHS", Card("", "RHS", "LIM1", "4.0", "LIM2", "1.0"),
                              Card("", "RHS", "NOSUCH", "9.0", "COST", "-3.5"),
