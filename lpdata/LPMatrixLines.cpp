@@ -341,6 +341,9 @@ void LPMatrixRows::Count(const LPNonZeroList& all, int limit, ILPEquationList* l
     if (m_counted == kNotCounted || m_counted > all.size()) {
         m_count.assign(limit >= 0 ? static_cast<size_t>(limit) + 1 : 0, 0);
         m_counted = 0;
+        m_lateCount = m_lateOldest = 0;
+    } else {
+        ApplyLate();
     }
     constexpr size_t kAhead = 32;  // see Rebuild
     const size_t n = all.size();
@@ -361,18 +364,34 @@ void LPMatrixRows::Count(const LPNonZeroList& all, int limit, ILPEquationList* l
 void LPMatrixRows::NoteAppended(size_t i, size_t r, int limit) {
     if (m_built || m_counted != i) return;
     CountRoom(r, limit);
-    ++m_count[r];
+    __builtin_prefetch(&m_count[r], 1);
+    if (m_lateCount < kLate) {
+        m_late[m_lateCount++] = r;
+    } else {
+        ++m_count[m_late[m_lateOldest]];
+        m_late[m_lateOldest] = r;
+        m_lateOldest = (m_lateOldest + 1) % kLate;
+    }
     m_counted = i + 1;
+}
+
+void LPMatrixRows::ApplyLate() {
+    for (size_t k = 0; k < m_lateCount; ++k) ++m_count[m_late[k]];
+    m_lateCount = m_lateOldest = 0;
 }
 
 size_t LPMatrixRows::Counted(size_t r) const {
     if (m_built) return Size(r);
-    return r < m_count.size() && m_counted != kNotCounted ? m_count[r] : 0;
+    if (r >= m_count.size() || m_counted == kNotCounted) return 0;
+    size_t n = m_count[r];
+    for (size_t k = 0; k < m_lateCount; ++k) n += m_late[k] == r ? 1 : 0;
+    return n;
 }
 
 void LPMatrixRows::Rebuild(const LPNonZeroList& all, int limit) {
     m_built = false;
     m_counted = kNotCounted;
+    m_lateCount = m_lateOldest = 0;
     std::vector<uint32_t>().swap(m_count);
     const size_t n = all.size();
     // One pass reads each entry's row (and checks its owner), one places it.
@@ -430,6 +449,7 @@ void LPMatrixRows::Settle(const LPNonZeroList& all, int limit) {
 
 void LPMatrixRows::Rekey(int limit) {
     m_counted = kNotCounted;
+    m_lateCount = m_lateOldest = 0;
     if (!m_built) return;
     const size_t oldSlots = Slots();
     std::vector<size_t> oldOf(limit >= 0 ? static_cast<size_t>(limit) + 1 : oldSlots, LPMatrixLineStore::kNone);
