@@ -44,6 +44,7 @@ size_t FirstStop(const char* s, size_t n) {
 void MPSLineSource::Attach(std::istream* in) {
     m_in = in;
     m_pos = m_end = 0;
+    m_peekAt = kNoPeek;
     m_eof = (in == nullptr);
     m_failed = false;
     if (in != nullptr && !m_buf) {
@@ -58,6 +59,7 @@ void MPSLineSource::Fill(size_t need) {
         std::memmove(m_buf.get(), m_buf.get() + m_pos, m_end - m_pos);
         m_end -= m_pos;
         m_pos = 0;
+        m_peekAt = kNoPeek;
     }
     while (m_end < need && !m_eof) {
         m_in->read(m_buf.get() + m_end, static_cast<std::streamsize>(m_capacity - m_end));
@@ -79,7 +81,7 @@ const char* MPSLineSource::TakeLine(char* spare, size_t cap, size_t& text) {
     char* s = m_buf.get() + m_pos;
     // The text ends at the first line feed, carriage return or NUL; the
     // line, at its line feed (usually that same byte).
-    text = FirstStop(s, avail);
+    text = m_peekAt == m_pos && m_peekText < avail ? m_peekText : FirstStop(s, avail);
     size_t n = avail;
     if (text < avail && s[text] == '\n') {
         n = text + 1;
@@ -102,7 +104,15 @@ const char* MPSLineSource::TakeLine(char* spare, size_t cap, size_t& text) {
 bool MPSLineSource::Peek(const char*& line, size_t& len) const {
     if (m_pos >= m_end) return false;
     const char* s = m_buf.get() + m_pos;
-    const void* nl = std::memchr(s, '\n', m_end - m_pos);
+    const size_t stop = FirstStop(s, m_end - m_pos);
+    if (stop < m_end - m_pos && s[stop] == '\n') {
+        m_peekAt = m_pos;
+        m_peekText = stop;
+        line = s;
+        len = stop;
+        return true;
+    }
+    const void* nl = std::memchr(s + stop, '\n', m_end - m_pos - stop);
     if (nl == nullptr) return false;
     line = s;
     len = static_cast<size_t>(static_cast<const char*>(nl) - s);

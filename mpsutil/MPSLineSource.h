@@ -48,6 +48,14 @@ private:
     size_t m_capacity = 0;
     size_t m_pos = 0;
     size_t m_end = 0;
+    // The line Peek found at m_peekAt ends its text with a line feed at
+    // m_peekAt + m_peekText, so TakeLine need not scan it again (the
+    // readers peek at every line before taking it). Without the second
+    // scan the XMPS read of the benchmark model takes 0.95-0.98 times as
+    // long, the standard read 0.98-0.99 (bench_reader_ab, both orders).
+    static constexpr size_t kNoPeek = static_cast<size_t>(-1);
+    mutable size_t m_peekAt = kNoPeek;
+    mutable size_t m_peekText = 0;
     bool m_eof = true;
     bool m_failed = false;
 };

@@ -102,7 +102,8 @@ TEST(MPSParseNumber, AgreesWithStrtodBitForBit) {
     EXPECT_TRUE(std::isnan(MPSParseNumber("nan")));
 }
 
-// Takes every line of `text` from a fresh source.
+// Takes every line of `text` from a fresh source, peeking at every other
+// line first (a peeked line is taken without a second scan).
 static std::vector<std::string> TakeAll(const std::string& text) {
     std::istringstream in(text);
     MPSLineSource src;
@@ -110,7 +111,11 @@ static std::vector<std::string> TakeAll(const std::string& text) {
     char spare[kMPSLineSize];
     std::vector<std::string> lines;
     size_t n = 0;
-    while (const char* line = src.TakeLine(spare, sizeof spare, n)) {
+    for (;;) {
+        const char* peeked = nullptr;
+        if (lines.size() % 2 == 0) src.Peek(peeked, n);
+        const char* line = src.TakeLine(spare, sizeof spare, n);
+        if (line == nullptr) break;
         EXPECT_EQ(std::strlen(line), n);
         lines.emplace_back(line, n);
     }
