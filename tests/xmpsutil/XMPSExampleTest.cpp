@@ -1,5 +1,5 @@
-// The bundled example model reads with its terms, evaluates to finite
-// values and survives a write and read.
+// The bundled example model reads with its terms and evaluates to finite
+// values.
 #include <cmath>
 #include <set>
 #include <string>
@@ -8,7 +8,7 @@
 
 using namespace xmpstest;
 
-TEST(XMPSExample, RefineryReadsEvaluatesAndSurvivesAWriteAndRead) {
+TEST(XMPSExample, RefineryReadsAndEvaluates) {
     Model m = ReadFile(std::string(ZEM_SOURCE_DIR) + "/examples/refinery.xmps");
     std::set<int> types;
     for (INonLinearity* t : Terms(m.get())) types.insert(t->GetType());
@@ -30,12 +30,4 @@ TEST(XMPSExample, RefineryReadsEvaluatesAndSurvivesAWriteAndRead) {
     for (ILPNonZero* nz = matrix->FrstNonZeroObject(); nz != nullptr; nz = matrix->NextNonZeroObject()) {
         EXPECT_TRUE(std::isfinite(nz->GetPartialDeriv())) << nz->GetEquationPtr()->GetName();
     }
-
-    Model back = Read(Write(m.get()));
-    EXPECT_EQ(Terms(back.get()).size(), Terms(m.get()).size());
-    EXPECT_EQ(Matrix(back.get())->NumberOfNonZeros(), matrix->NumberOfNonZeros());
-    EXPECT_EQ(Eqns(back.get())->NumberOfEquations(), eqns->NumberOfEquations());
-    // The correlation term reads back and evaluates alike.
-    ASSERT_TRUE(NL(back.get())->EvaluateModel());
-    EXPECT_EQ(Eqn(back.get(), "RVPBLEND")->GetEqnValue(), Eqn(m.get(), "RVPBLEND")->GetEqnValue());
 }
