@@ -40,19 +40,16 @@ TEST(XMPSNumberForms, Examples) {
         double value;
         const char* text;
     } cases[] = {
-        {shortForm, 1.2345, "0.123450E+01"},      {shortForm, -1.2345, "-.123450E+01"},
-        {shortForm, 0.0, "0.000000E+00"},         {shortForm, 250.0, "0.250000E+03"},
-        {shortForm, 1e-7, "0.100000E-06"},        {shortForm, 1e20, "0.100000E+21"},
-        {shortForm, 1.0, "0.100000E+01"},         {longForm, 1.2345, "0.1234500000E+01"},
-        {longForm, -250.125, "-.2501250000E+03"}, {longForm, -1e20, "-.1000000000E+21"},
+        {shortForm, -1.2345, "-.123450E+01"},     {shortForm, 0.0, "0.000000E+00"},
+        {shortForm, 1e-7, "0.100000E-06"},        {shortForm, 1.0, "0.100000E+01"},
+        {longForm, -250.125, "-.2501250000E+03"},
         // Snapping near plus and minus one; just outside the band the value
         // keeps its digits.
         {shortForm, 0.999995, "0.100000E+01"},    {shortForm, -1.000004, "-.100000E+01"},
         {longForm, 1.000009, "0.1000000000E+01"}, {longForm, 1.00002, "0.1000020000E+01"},
         {longForm, -0.99998, "-.9999800000E+00"},
         // The constant form is printf's text.
-        {constantForm, 2.5, " 2.500000e+00"},     {constantForm, -0.001, "-1.000000e-03"},
-        {constantForm, 0.0, " 0.000000e+00"},
+        {constantForm, -0.001, "-1.000000e-03"},  {constantForm, 0.0, " 0.000000e+00"},
     };
     for (const auto& c : cases) EXPECT_EQ(c.form(c.value), c.text) << c.value;
 }

@@ -58,10 +58,6 @@ TEST(XMPSFreeFormat, SplitsCardsIntoTheSixFields) {
         bool hasKey;
         std::vector<std::string> fields;  // key, name1, name2, number1, name3, number2
     } cases[] = {
-        // The writer's own cards.
-        {" UP BND1              FEED1             0.2500000000E+03", true,
-         {"UP", "BND1", "FEED1", "0.2500000000E+03", "", ""}},
-        {"    RHS1              ROW_A             0.500000E+01", true, {"", "RHS1", "ROW_A", "0.500000E+01", "", ""}},
         // A blank column five leaves the first name empty.
         {" SB    X 5.0", true, {"SB", "", "X", "5.0", "", ""}},
         // All six fields, the rest ignored.

@@ -42,7 +42,6 @@ TEST(XMPSUserEquation, RefusesFormulasThatDoNotReadOrNameOtherVariables) {
         const char* card;
         const char* says;
     } cases[] = {
-        {" E  R   USEREQ:2*-A  1.0  A\n", "Error: Expected an operand. (position 2)"},
         {" E  R   USEREQ:A/(B  1.0  A  B\n", "Error: Syntax error. (position 4)"},
         {" E  R   USEREQ:A*C  1.0  A  B\n", "the name 'C' in its formula is none of its variables"},
         {" E  R   USEREQ:A  1.0  A  2.0\n", "takes one constant"},

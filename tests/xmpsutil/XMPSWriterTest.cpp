@@ -91,16 +91,16 @@ ENDATA|
     EXPECT_EQ(Write(m.get()), expected);
 }
 
-TEST(XMPSWriterLayout, KeywordTermsBreakEveryThreeVariablesAndListConstants) {
+// A keyword term breaks every three variables and lists its constants; a
+// product too long for one line is continued.
+TEST(XMPSWriterLayout, TermsAreContinuedAcrossLines) {
     Model m = NewModel();
     ILPEquation* e = Eqns(m.get())->InsertEquation("R");
     e->SetType(ZEM_EQN_GE);
     INonLinearity* t = nullptr;
     NL(m.get())->CreateNonLinearityObject("XPROD2", &t);
     t->SetEquationPtr(e);
-    t->AddNLConstantObject(2.5);
-    t->AddNLConstantObject(0.5);
-    t->AddNLConstantObject(-7.0);
+    for (double c : {2.5, 0.5, -7.0}) t->AddNLConstantObject(c);
     for (int i = 1; i <= 7; ++i) {
         t->AddVariableObject(Vars(m.get())->InsertVariable(("V" + std::to_string(i)).c_str()));
     }
@@ -115,12 +115,7 @@ TEST(XMPSWriterLayout, KeywordTermsBreakEveryThreeVariablesAndListConstants) {
     EXPECT_EQ(lines[at + 4], "               5.000000e-01 \\");
     EXPECT_EQ(lines[at + 5], "              -7.000000e+00");
     EXPECT_EQ(lines[at + 6], "RHS");
-}
 
-TEST(XMPSWriterLayout, LongProductsAreContinued) {
-    Model m = NewModel();
-    ILPEquation* e = Eqns(m.get())->InsertEquation("R");
-    INonLinearity* t = nullptr;
     NL(m.get())->CreateNonLinearityObject(static_cast<int16_t>(1), &t);
     t->SetEquationPtr(e);
     t->AddNLConstantObject(1.0);
@@ -131,8 +126,8 @@ TEST(XMPSWriterLayout, LongProductsAreContinued) {
     const std::string text = Write(m.get());
     for (const std::string& l : Lines(text)) EXPECT_LT(l.size(), 1000u);
     Model back = Read(text);
-    ASSERT_EQ(Terms(back.get()).size(), 1u);
-    EXPECT_EQ(Terms(back.get())[0]->NumberOfVariableTerms(), 120);
+    ASSERT_EQ(Terms(back.get()).size(), 2u);
+    EXPECT_EQ(Terms(back.get())[0]->NumberOfVariableTerms(), 120);  // XLINEAR comes first
 }
 
 TEST(XMPSWriterErrors, NoModelAndAFileThatCannotBeCreated) {
@@ -153,13 +148,18 @@ TEST(XMPSWriterErrors, NoModelAndAFileThatCannotBeCreated) {
     }
 }
 
-TEST(XMPSManagerMapping, ReadFailuresAreWrapped) {
+TEST(XMPSManagerMapping, FailuresAreWrappedAndFilesReadIntoAModelOfTheirOwn) {
     XMPSManager* mgr = nullptr;
     CreateXMPSManagerObject(&mgr);
     ASSERT_NE(mgr, nullptr);
-    ZEM_Exception e = Thrown([&] { mgr->ReadMPSFile(); });
-    EXPECT_EQ(e.Name(), "MPS Read Error");
-    EXPECT_EQ(e.Reason(), "No MPS file specification provided");
+    const auto check = [](const ZEM_Exception& e, const char* name, const char* reason) {
+        EXPECT_EQ(e.Name(), name);
+        EXPECT_EQ(e.Reason(), reason);
+    };
+    check(Thrown([&] { mgr->ReadMPSFile(); }), "MPS Read Error", "No MPS file specification provided");
+    check(Thrown([&] { mgr->ReadMPSStream(nullptr); }), "MPS Read Error", "No stream provided");
+    check(Thrown([&] { mgr->WriteMPSFile(); }), "XMPS Write Error", "No XMPS file specification provided");
+    check(Thrown([&] { mgr->WriteMPSStream(nullptr); }), "XMPS Stream Write Error", "No XMPS stream provided");
     mgr->SetMPSFileSpec("/nonexistent-directory/none.xmps");
     try {
         mgr->ReadMPSFile();
@@ -169,34 +169,16 @@ TEST(XMPSManagerMapping, ReadFailuresAreWrapped) {
         EXPECT_EQ(f.FileName(), "/nonexistent-directory/none.xmps");
     }
     std::stringstream bad("NAME X\nNONLINEAR\nENDATA\n");
-    e = Thrown([&] { mgr->ReadMPSStream(&bad); });
-    EXPECT_EQ(e.Name(), "MPS Manager Failure");
-    EXPECT_EQ(e.Reason(), "Read of XMPS Stream Failed");
+    const ZEM_Exception e = Thrown([&] { mgr->ReadMPSStream(&bad); });
+    check(e, "MPS Manager Failure", "Read of XMPS Stream Failed");
     ASSERT_NE(e.Getbufptr(), nullptr);
     EXPECT_NE(e.Getbufptr()->str().find("NONLINEAR Data section appears empty"), std::string::npos);
-    e = Thrown([&] { mgr->ReadMPSStream(nullptr); });
-    EXPECT_EQ(e.Reason(), "No stream provided");
-    mgr->Destroy();
-}
-
-TEST(XMPSManagerMapping, WriteFailuresAndARoundTripThroughFiles) {
-    XMPSManager* mgr = nullptr;
-    CreateXMPSManagerObject(&mgr);
-    ZEM_Exception e = Thrown([&] { mgr->WriteMPSFile(); });
-    EXPECT_EQ(e.Name(), "XMPS Write Error");
-    EXPECT_EQ(e.Reason(), "No XMPS file specification provided");
-    e = Thrown([&] { mgr->WriteMPSStream(nullptr); });
-    EXPECT_EQ(e.Name(), "XMPS Stream Write Error");
-    EXPECT_EQ(e.Reason(), "No XMPS stream provided");
-    // Without a model the writer fails, under the read texts.
+    // Without a model the writer fails, a file under the read texts.
     const std::string path = std::string(ZEM_BINARY_DIR) + "/xmps_manager_test.xmps";
     mgr->SetMPSFileSpec(path.c_str());
-    e = Thrown([&] { mgr->WriteMPSFile(); });
-    EXPECT_EQ(e.Name(), "MPS Manager Failure");
-    EXPECT_EQ(e.Reason(), "Read of XMPS Failed");
+    check(Thrown([&] { mgr->WriteMPSFile(); }), "MPS Manager Failure", "Read of XMPS Failed");
     std::stringstream out;
-    e = Thrown([&] { mgr->WriteMPSStream(&out); });
-    EXPECT_EQ(e.Reason(), "Write of XMPS Stream Failed");
+    check(Thrown([&] { mgr->WriteMPSStream(&out); }), "MPS Manager Failure", "Write of XMPS Stream Failed");
 
     Model m = OneRowModel(3.0);
     mgr->SetZEMDataMgr(m.get());
