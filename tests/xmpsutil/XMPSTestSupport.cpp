@@ -136,19 +136,17 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact) {
         }
     }
     // Sets, groups and options.
-    ILPSpOrdSetList* sa = nullptr;
-    ILPSpOrdSetList* sb = nullptr;
-    a->GetSpOrdSetCollectionIntf(&sa);
-    b->GetSpOrdSetCollectionIntf(&sb);
-    ASSERT_EQ(sa->NumberOfSpOrdSets(), sb->NumberOfSpOrdSets());
-    for (ILPSpOrdSet* s = sa->FrstSpOrdSetObject(); s != nullptr; s = sa->NextSpOrdSetObject()) {
-        ILPSpOrdSet* t = sb->SOSNameLookup(s->GetName());
+    const auto members = [](ILPSpOrdSet* s) {
+        std::vector<std::string> names;
+        for (ILPVariable* v = s->FrstSetVar(); v != nullptr; v = s->NextSetVar()) names.push_back(v->GetName());
+        return names;
+    };
+    ASSERT_EQ(Sets(a)->NumberOfSpOrdSets(), Sets(b)->NumberOfSpOrdSets());
+    for (ILPSpOrdSet* s = Sets(a)->FrstSpOrdSetObject(); s != nullptr; s = Sets(a)->NextSpOrdSetObject()) {
+        ILPSpOrdSet* t = Sets(b)->SOSNameLookup(s->GetName());
         ASSERT_NE(t, nullptr) << s->GetName();
         EXPECT_EQ(s->GetType(), t->GetType());
-        std::vector<std::string> ms, mt;
-        for (ILPVariable* v = s->FrstSetVar(); v != nullptr; v = s->NextSetVar()) ms.push_back(v->GetName());
-        for (ILPVariable* v = t->FrstSetVar(); v != nullptr; v = t->NextSetVar()) mt.push_back(v->GetName());
-        EXPECT_EQ(ms, mt) << s->GetName();
+        EXPECT_EQ(members(s), members(t)) << s->GetName();
     }
     ILPVariableCollection* c = nullptr;
     for (a->FrstNamedVarCollection(&c); c != nullptr; a->NextNamedVarCollection(&c)) {
@@ -158,14 +156,10 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact) {
         EXPECT_EQ(c->GetDirection(), d->GetDirection());
         EXPECT_EQ(c->CollectionSize(), d->CollectionSize());
     }
-    IZEMOptionTable* oa = nullptr;
-    IZEMOptionTable* ob = nullptr;
-    a->GetOptionTableIntf(&oa);
-    b->GetOptionTableIntf(&ob);
-    const auto& first = dynamic_cast<ZEMOptionTable*>(oa)->FirstColumn();
-    const auto& second = dynamic_cast<ZEMOptionTable*>(oa)->SecondColumn();
-    EXPECT_EQ(first, dynamic_cast<ZEMOptionTable*>(ob)->FirstColumn());
-    EXPECT_EQ(second, dynamic_cast<ZEMOptionTable*>(ob)->SecondColumn());
+    const auto* oa = dynamic_cast<ZEMOptionTable*>(Options(a));
+    const auto* ob = dynamic_cast<ZEMOptionTable*>(Options(b));
+    EXPECT_EQ(oa->FirstColumn(), ob->FirstColumn());
+    EXPECT_EQ(oa->SecondColumn(), ob->SecondColumn());
 }
 
 }  // namespace xmpstest
