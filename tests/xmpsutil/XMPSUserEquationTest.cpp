@@ -21,20 +21,17 @@ double Deriv(IZEMMgr* m, const char* col) {
     return nz ? nz->GetPartialDeriv() : NAN;
 }
 
-void ExpectEvaluated(IZEMMgr* m) {
+}  // namespace
+
+TEST(XMPSUserEquation, EvaluatesValueAndExactDerivatives) {
+    Model read = Read(kHead + kCards + kTail);
+    IZEMMgr* m = read.get();
     ASSERT_TRUE(NL(m)->EvaluateModel());
     ASSERT_TRUE(NL(m)->EvaluateJacobian());
     const double a = 3.0, b = 2.0;
     EXPECT_DOUBLE_EQ(Eqn(m, "R")->GetEqnValue(), 0.5 * (2 * a * std::log(b) - a * a / b) + b);
     EXPECT_DOUBLE_EQ(Deriv(m, "A"), 0.5 * (2 * std::log(b) - 2 * a / b));
     EXPECT_DOUBLE_EQ(Deriv(m, "B"), 0.5 * (2 * a / b + a * a / (b * b)) + 1.0);
-}
-
-}  // namespace
-
-TEST(XMPSUserEquation, EvaluatesValueAndExactDerivatives) {
-    Model read = Read(kHead + kCards + kTail);
-    ExpectEvaluated(read.get());
 }
 
 TEST(XMPSUserEquation, RefusesFormulasThatDoNotReadOrNameOtherVariables) {
