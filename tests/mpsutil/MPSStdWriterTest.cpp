@@ -191,13 +191,6 @@ TEST(MPSStdManager, WrapsReaderAndWriterFailuresAndPassesFileErrorsOn) {
     check(e, "MPS Manager Failure", "Read of MPS Failed");
     EXPECT_EQ(e.Routine(), "MPSStdManager::ReadMPSFile");
     EXPECT_EQ(e.SourceFile(), "mpsutil");
-    ASSERT_NE(e.Getbufptr(), nullptr);
-    const std::string trace = e.Getbufptr()->str();
-    EXPECT_NE(trace.find("Exception Name : MPS ROWS Section Error - Unknown Row Type Key Found\n"),
-              std::string::npos)
-        << trace;
-    EXPECT_NE(trace.find("Exception Reason : " + Card("Q", "R") + "\n"), std::string::npos);
-    EXPECT_NE(trace.find("MPS input line 3\n"), std::string::npos);
     std::stringstream badStream(bad);
     check(Raised([&] { mgr->ReadMPSStream(&badStream); }), "MPS Manager Failure",
           "Read of MPS Stream Failed");

@@ -22,18 +22,13 @@ double Coefficient(IZEMMgr* m, const char* row, const char* col) {
 std::vector<INonLinearity*> Terms(IZEMMgr* m) {
     std::vector<INonLinearity*> out;
     INonLinearModel* nl = NL(m);
-    for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
-         t = nl->NextNonLinearityObject()) {
-        out.push_back(t);
-    }
+    for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr; t = nl->NextNonLinearityObject()) out.push_back(t);
     return out;
 }
 
 std::vector<double> Constants(INonLinearity* t) {
     std::vector<double> out;
-    for (INLConstant* c = t->FrstNLConst(); c != nullptr; c = t->NextNLConst()) {
-        out.push_back(c->GetValue());
-    }
+    for (INLConstant* c = t->FrstNLConst(); c != nullptr; c = t->NextNLConst()) out.push_back(c->GetValue());
     return out;
 }
 
@@ -65,8 +60,7 @@ using TermKey = std::tuple<std::string, std::string, std::vector<std::string>>;
 std::map<TermKey, std::vector<double>> TermsByKey(IZEMMgr* m) {
     std::map<TermKey, std::vector<double>> out;
     for (INonLinearity* t : Terms(m)) {
-        out[TermKey(t->GetEquationPtr()->GetName(), t->GetNonLinearityID(), VarNames(t))] =
-            Constants(t);
+        out[TermKey(t->GetEquationPtr()->GetName(), t->GetNonLinearityID(), VarNames(t))] = Constants(t);
     }
     return out;
 }
