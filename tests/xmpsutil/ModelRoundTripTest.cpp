@@ -261,17 +261,8 @@ const std::vector<Hazard>& Hazards() {
 }
 
 // The model's bytes as the model file holds them.
-std::string Bytes(IZEMMgr* m) {
-    std::stringstream ss;
-    m->PersistAsStream(&ss);
-    return ss.str();
-}
-
-std::string Title(IZEMMgr* m) {
-    std::string title;
-    m->GetModelTitle(title);
-    return title;
-}
+std::string Bytes(IZEMMgr* m) { std::stringstream ss; m->PersistAsStream(&ss); return ss.str(); }
+std::string Title(IZEMMgr* m) { std::string title; m->GetModelTitle(title); return title; }
 
 bool FileExists(const std::string& path) { return std::ifstream(path).good(); }
 

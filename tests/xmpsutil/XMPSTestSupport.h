@@ -65,8 +65,7 @@ inline Model ReadFile(const std::string& path, bool extended = true) {
 
 inline std::string Write(IZEMMgr* model) {
     std::stringstream out;
-    XMPSWriter writer(model);
-    writer.WriteMPSStream(&out);
+    XMPSWriter(model).WriteMPSStream(&out);
     return out.str();
 }
 

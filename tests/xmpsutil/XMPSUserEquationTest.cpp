@@ -11,10 +11,6 @@ using namespace xmpstest;
 namespace {
 
 const std::string kHead = "NAME U\nNONLINEAR\n";
-const std::string kCards =
-    " E  R   USEREQ:2*A*ln(B)-A^2/B  0.5   A   B\n"
-    " E  R   1.0  B\n";
-const std::string kTail = "INITIAL\n BS    A  3.0\n BS    B  2.0\nENDATA\n";
 
 double Deriv(IZEMMgr* m, const char* col) {
     ILPNonZero* nz = Matrix(m)->ExistIncidence(Eqn(m, "R")->GetIndex(), Var(m, col)->GetIndex());
@@ -24,7 +20,8 @@ double Deriv(IZEMMgr* m, const char* col) {
 }  // namespace
 
 TEST(XMPSUserEquation, EvaluatesValueAndExactDerivatives) {
-    Model read = Read(kHead + kCards + kTail);
+    Model read = Read(kHead + " E  R   USEREQ:2*A*ln(B)-A^2/B  0.5   A   B\n E  R   1.0  B\n"
+                      "INITIAL\n BS    A  3.0\n BS    B  2.0\nENDATA\n");
     IZEMMgr* m = read.get();
     ASSERT_TRUE(NL(m)->EvaluateModel());
     ASSERT_TRUE(NL(m)->EvaluateJacobian());
