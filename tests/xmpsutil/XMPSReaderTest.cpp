@@ -1,7 +1,6 @@
 #include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "lpdata/ILPVariableCollection.h"
@@ -235,17 +234,8 @@ TEST(XMPSReaderHandlers, WrongStateNamesTheHandlerAndFixedColumnXLinearRule) {
     EXPECT_EQ(Thrown([&] { r.CallInitial(); }).Routine(), "XMPSReader::INITIALData");
     // Fixed columns in the standard layout: key at 1, equation at 4,
     // coefficient at 14, names from 28 on, each 8 wide with 2 blanks between.
-    auto card = [](const char* key, const char* eqn, const char* coef,
-                   std::vector<const char*> names) {
-        std::string line(28 + 10 * names.size(), ' ');
-        line.replace(1, std::strlen(key), key);
-        line.replace(4, std::strlen(eqn), eqn);
-        line.replace(14, std::strlen(coef), coef);
-        for (size_t i = 0; i < names.size(); ++i) line.replace(28 + 10 * i, std::strlen(names[i]), names[i]);
-        return line + "\n";
-    };
-    std::stringstream in(card("E", "ROW1", "2.5", {"VARA", "VARB"}) +
-                         card("L", "ROW2", "1.5", {"VARA"}) + "ENDATA\n");
+    std::stringstream in(" E  ROW1      2.5           VARA      VARB\n"
+                         " L  ROW2      1.5           VARA\nENDATA\n");
     r.Attach(&in);
     r.SetSection(kXMPSXLINEAR);
     r.CallXLinear();
