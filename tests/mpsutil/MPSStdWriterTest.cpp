@@ -16,9 +16,8 @@ using namespace mpstest;
 namespace {
 
 std::string Slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream ss;
-    ss << in.rdbuf();
+    ss << std::ifstream(path, std::ios::binary).rdbuf();
     return ss.str();
 }
 

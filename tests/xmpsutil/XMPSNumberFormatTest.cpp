@@ -77,8 +77,7 @@ TEST(XMPSNumberForms, MatchPrintfOnRandomValues) {
 TEST(XMPSNumberForms, ExtremeValuesStayReadable) {
     // Ten times the value overflows: the text is still the value.
     const double big = std::numeric_limits<double>::max();
-    const std::string s = shortForm(big);
-    EXPECT_EQ(s, "0.179769E+309");
+    EXPECT_EQ(shortForm(big), "0.179769E+309");
     EXPECT_EQ(longForm(-big), "-.1797693135E+309");
     EXPECT_EQ(shortForm(5e-324), shiftedByPrintf(5e-324, "% 12.5E"));
     // Non-finite values come out as printf prints them, not as garbage.
