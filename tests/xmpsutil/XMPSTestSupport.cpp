@@ -92,12 +92,8 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact) {
         EXPECT_TRUE(longClose(v->GetVarValue(), w->GetVarValue()))
             << v->GetName() << " " << v->GetVarValue() << " " << w->GetVarValue();
         EXPECT_EQ(v->GetVarStatus(), w->GetVarStatus()) << v->GetName();
-        ILPVariable* target = v->GetComplementarityTarget();
-        ILPVariable* target2 = w->GetComplementarityTarget();
-        EXPECT_EQ(target == nullptr, target2 == nullptr) << v->GetName();
-        if (target != nullptr && target2 != nullptr) {
-            EXPECT_STREQ(target->GetName(), target2->GetName());
-        }
+        const auto target = [](ILPVariable* x) { return x != nullptr ? std::string(x->GetName()) : "(none)"; };
+        EXPECT_EQ(target(v->GetComplementarityTarget()), target(w->GetComplementarityTarget())) << v->GetName();
     }
     // Every matrix entry, those the terms made included.
     ILPMatrix* ma = Matrix(a);
