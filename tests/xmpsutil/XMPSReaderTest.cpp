@@ -231,6 +231,7 @@ TEST(XMPSReaderHandlers, WrongStateNamesTheHandlerAndFixedColumnXLinearRule) {
     EXPECT_EQ(e.Name(), "MPS Read/Process Synchronization Error");
     EXPECT_EQ(e.Reason(), "NONLINEARData method invoked in wrong state");
     EXPECT_EQ(e.Routine(), "XMPSReader:NONLINEARData");
+    EXPECT_EQ(Thrown([&] { r.CallXLinear(); }).Routine(), "XMPSReader:XLINEARData");
     EXPECT_EQ(Thrown([&] { r.CallInitial(); }).Routine(), "XMPSReader::INITIALData");
     // Fixed columns in the standard layout: key at 1, equation at 4,
     // coefficient at 14, names from 28 on, each 8 wide with 2 blanks between.
