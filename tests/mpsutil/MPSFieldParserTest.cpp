@@ -167,23 +167,6 @@ TEST(MPSLineSource, LineCutAtTheEndOfTheBufferKeepsItsRemainder) {
     EXPECT_EQ(lines.back(), "end");
 }
 
-TEST(MPSLineSource, LinesAcrossBlockBoundariesArriveWhole) {
-    // Enough short lines to cross the internal block size several times.
-    std::string text;
-    for (int i = 0; i < 300000; ++i) text += "line " + std::to_string(i) + "\n";
-    std::istringstream in(text);
-    MPSLineSource src;
-    src.Attach(&in);
-    char spare[kMPSLineSize];
-    size_t len = 0;
-    int count = 0;
-    while (const char* line = src.TakeLine(spare, sizeof spare, len)) {
-        ASSERT_EQ(std::string(line), "line " + std::to_string(count));
-        ++count;
-    }
-    EXPECT_EQ(count, 300000);
-}
-
 // The word-wise copy and compare of names, for every length around the word
 // sizes and a difference at every place.
 TEST(MPSTextBytes, CopyAndCompareEveryLengthAndEveryDifference) {

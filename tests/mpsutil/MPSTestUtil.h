@@ -97,31 +97,20 @@ inline ZEM_Exception ReadError(const std::string& text) {
     return Raised([&] { Read(text); });
 }
 
-inline ILPVariable* Var(ILPStdDataMgr* m, const char* name) {
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
-    return vars->VarNameLookup(name);
-}
-
-inline ILPEquation* Eqn(ILPStdDataMgr* m, const char* name) {
-    ILPEquationList* eqns = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
-    return eqns->EqnNameLookup(name);
-}
+inline ILPVariableList* Vars(ILPStdDataMgr* m) { ILPVariableList* v = nullptr; m->GetVariableCollectionIntf(&v); return v; }
+inline ILPEquationList* Eqns(ILPStdDataMgr* m) { ILPEquationList* e = nullptr; m->GetEquationCollectionIntf(&e); return e; }
+inline ILPVariable* Var(ILPStdDataMgr* m, const char* name) { return Vars(m)->VarNameLookup(name); }
+inline ILPEquation* Eqn(ILPStdDataMgr* m, const char* name) { return Eqns(m)->EqnNameLookup(name); }
 
 // Names of the model's variables (or equations) in list order.
 inline std::vector<std::string> VarNames(ILPStdDataMgr* m) {
-    ILPVariableList* vars = nullptr;
-    m->GetVariableCollectionIntf(&vars);
     std::vector<std::string> names;
-    for (ILPVariable* v = vars->FrstVariableObject(); v; v = vars->NextVariableObject()) names.push_back(v->GetName());
+    for (ILPVariable* v = Vars(m)->FrstVariableObject(); v; v = Vars(m)->NextVariableObject()) names.push_back(v->GetName());
     return names;
 }
 inline std::vector<std::string> EqnNames(ILPStdDataMgr* m) {
-    ILPEquationList* eqns = nullptr;
-    m->GetEquationCollectionIntf(&eqns);
     std::vector<std::string> names;
-    for (ILPEquation* e = eqns->FrstEquationObject(); e; e = eqns->NextEquationObject()) names.push_back(e->GetName());
+    for (ILPEquation* e = Eqns(m)->FrstEquationObject(); e; e = Eqns(m)->NextEquationObject()) names.push_back(e->GetName());
     return names;
 }
 
@@ -131,16 +120,11 @@ inline double Coef(ILPStdDataMgr* m, const char* row, const char* col) {
     m->GetMatrixIntf(&matrix);
     ILPEquation* e = Eqn(m, row);
     ILPVariable* v = Var(m, col);
-    if (!e || !v) return std::nan("");
-    ILPNonZero* nz = matrix->ExistIncidence(e->GetIndex(), v->GetIndex());
+    ILPNonZero* nz = e && v ? matrix->ExistIncidence(e->GetIndex(), v->GetIndex()) : nullptr;
     return nz ? nz->GetCoefficient() : std::nan("");
 }
 
-inline int NonZeroCount(ILPStdDataMgr* m) {
-    int n = 0, rows = 0, nz = 0;
-    m->ModelDimension(n, rows, nz);
-    return nz;
-}
+inline int NonZeroCount(ILPStdDataMgr* m) { int n = 0, rows = 0, nz = 0; m->ModelDimension(n, rows, nz); return nz; }
 
 // A temporary directory removed with its contents at the end of the test.
 class TempDir {

@@ -261,19 +261,8 @@ const std::vector<Hazard>& Hazards() {
 }
 
 // The model's bytes as the model file holds them.
-std::string Bytes(IZEMMgr* m) {
-    std::stringstream ss;
-    m->PersistAsStream(&ss);
-    return ss.str();
-}
-
-std::string Title(IZEMMgr* m) {
-    std::string title;
-    m->GetModelTitle(title);
-    return title;
-}
-
-bool FileExists(const std::string& path) { return std::ifstream(path).good(); }
+std::string Bytes(IZEMMgr* m) { std::stringstream ss; m->PersistAsStream(&ss); return ss.str(); }
+std::string Title(IZEMMgr* m) { std::string title; m->GetModelTitle(title); return title; }
 
 // Writes `original` with `write`; returns false when the writer refused it
 // (checking that the refusal names `named` and that `path` was not left
@@ -286,7 +275,7 @@ bool WroteOrRefused(W write, bool expectRefusal, const std::string& named, const
     } catch (ZEM_Exception& e) {
         EXPECT_TRUE(expectRefusal) << "refused a model it can carry: " << e.Reason();
         EXPECT_NE(e.Reason().find(named.substr(0, 40)), std::string::npos) << e.Reason();
-        EXPECT_FALSE(FileExists(path)) << "a refused write left a file";
+        EXPECT_FALSE(std::ifstream(path).good()) << "a refused write left a file";
         return false;
     }
     EXPECT_FALSE(expectRefusal) << "wrote a model it cannot carry: " << named;

@@ -22,18 +22,13 @@ double Coefficient(IZEMMgr* m, const char* row, const char* col) {
 std::vector<INonLinearity*> Terms(IZEMMgr* m) {
     std::vector<INonLinearity*> out;
     INonLinearModel* nl = NL(m);
-    for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr;
-         t = nl->NextNonLinearityObject()) {
-        out.push_back(t);
-    }
+    for (INonLinearity* t = nl->FrstNonLinearityObject(); t != nullptr; t = nl->NextNonLinearityObject()) out.push_back(t);
     return out;
 }
 
 std::vector<double> Constants(INonLinearity* t) {
     std::vector<double> out;
-    for (INLConstant* c = t->FrstNLConst(); c != nullptr; c = t->NextNLConst()) {
-        out.push_back(c->GetValue());
-    }
+    for (INLConstant* c = t->FrstNLConst(); c != nullptr; c = t->NextNLConst()) out.push_back(c->GetValue());
     return out;
 }
 
@@ -65,8 +60,7 @@ using TermKey = std::tuple<std::string, std::string, std::vector<std::string>>;
 std::map<TermKey, std::vector<double>> TermsByKey(IZEMMgr* m) {
     std::map<TermKey, std::vector<double>> out;
     for (INonLinearity* t : Terms(m)) {
-        out[TermKey(t->GetEquationPtr()->GetName(), t->GetNonLinearityID(), VarNames(t))] =
-            Constants(t);
+        out[TermKey(t->GetEquationPtr()->GetName(), t->GetNonLinearityID(), VarNames(t))] = Constants(t);
     }
     return out;
 }
@@ -98,12 +92,8 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact) {
         EXPECT_TRUE(longClose(v->GetVarValue(), w->GetVarValue()))
             << v->GetName() << " " << v->GetVarValue() << " " << w->GetVarValue();
         EXPECT_EQ(v->GetVarStatus(), w->GetVarStatus()) << v->GetName();
-        ILPVariable* target = v->GetComplementarityTarget();
-        ILPVariable* target2 = w->GetComplementarityTarget();
-        EXPECT_EQ(target == nullptr, target2 == nullptr) << v->GetName();
-        if (target != nullptr && target2 != nullptr) {
-            EXPECT_STREQ(target->GetName(), target2->GetName());
-        }
+        const auto target = [](ILPVariable* x) { return x != nullptr ? std::string(x->GetName()) : "(none)"; };
+        EXPECT_EQ(target(v->GetComplementarityTarget()), target(w->GetComplementarityTarget())) << v->GetName();
     }
     // Every matrix entry, those the terms made included.
     ILPMatrix* ma = Matrix(a);
@@ -136,19 +126,17 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact) {
         }
     }
     // Sets, groups and options.
-    ILPSpOrdSetList* sa = nullptr;
-    ILPSpOrdSetList* sb = nullptr;
-    a->GetSpOrdSetCollectionIntf(&sa);
-    b->GetSpOrdSetCollectionIntf(&sb);
-    ASSERT_EQ(sa->NumberOfSpOrdSets(), sb->NumberOfSpOrdSets());
-    for (ILPSpOrdSet* s = sa->FrstSpOrdSetObject(); s != nullptr; s = sa->NextSpOrdSetObject()) {
-        ILPSpOrdSet* t = sb->SOSNameLookup(s->GetName());
+    const auto members = [](ILPSpOrdSet* s) {
+        std::vector<std::string> names;
+        for (ILPVariable* v = s->FrstSetVar(); v != nullptr; v = s->NextSetVar()) names.push_back(v->GetName());
+        return names;
+    };
+    ASSERT_EQ(Sets(a)->NumberOfSpOrdSets(), Sets(b)->NumberOfSpOrdSets());
+    for (ILPSpOrdSet* s = Sets(a)->FrstSpOrdSetObject(); s != nullptr; s = Sets(a)->NextSpOrdSetObject()) {
+        ILPSpOrdSet* t = Sets(b)->SOSNameLookup(s->GetName());
         ASSERT_NE(t, nullptr) << s->GetName();
         EXPECT_EQ(s->GetType(), t->GetType());
-        std::vector<std::string> ms, mt;
-        for (ILPVariable* v = s->FrstSetVar(); v != nullptr; v = s->NextSetVar()) ms.push_back(v->GetName());
-        for (ILPVariable* v = t->FrstSetVar(); v != nullptr; v = t->NextSetVar()) mt.push_back(v->GetName());
-        EXPECT_EQ(ms, mt) << s->GetName();
+        EXPECT_EQ(members(s), members(t)) << s->GetName();
     }
     ILPVariableCollection* c = nullptr;
     for (a->FrstNamedVarCollection(&c); c != nullptr; a->NextNamedVarCollection(&c)) {
@@ -158,14 +146,10 @@ void ExpectSameModel(IZEMMgr* a, IZEMMgr* b, bool exact) {
         EXPECT_EQ(c->GetDirection(), d->GetDirection());
         EXPECT_EQ(c->CollectionSize(), d->CollectionSize());
     }
-    IZEMOptionTable* oa = nullptr;
-    IZEMOptionTable* ob = nullptr;
-    a->GetOptionTableIntf(&oa);
-    b->GetOptionTableIntf(&ob);
-    const auto& first = dynamic_cast<ZEMOptionTable*>(oa)->FirstColumn();
-    const auto& second = dynamic_cast<ZEMOptionTable*>(oa)->SecondColumn();
-    EXPECT_EQ(first, dynamic_cast<ZEMOptionTable*>(ob)->FirstColumn());
-    EXPECT_EQ(second, dynamic_cast<ZEMOptionTable*>(ob)->SecondColumn());
+    const auto* oa = dynamic_cast<ZEMOptionTable*>(Options(a));
+    const auto* ob = dynamic_cast<ZEMOptionTable*>(Options(b));
+    EXPECT_EQ(oa->FirstColumn(), ob->FirstColumn());
+    EXPECT_EQ(oa->SecondColumn(), ob->SecondColumn());
 }
 
 }  // namespace xmpstest

@@ -39,17 +39,12 @@ inline Model NewModel() {
     return Model(mgr);
 }
 
-// A new model whose title the NAME card will set (a model keeps a title it
+// Reads XMPS text into a new model (exceptions pass on). Its title is
+// emptied first, so that the NAME card sets it (a model keeps a title it
 // already has).
-inline Model UntitledModel() {
+inline Model Read(const std::string& text) {
     Model model = NewModel();
     model->SetModelTitle("");
-    return model;
-}
-
-// Reads XMPS text into a new model (exceptions pass on).
-inline Model Read(const std::string& text) {
-    Model model = UntitledModel();
     std::stringstream in(text);
     XMPSReader reader(model.get(), false);
     reader.ReadMPSStream(&in);
@@ -58,7 +53,8 @@ inline Model Read(const std::string& text) {
 
 // Reads a file by the extended reader, or by the standard one.
 inline Model ReadFile(const std::string& path, bool extended = true) {
-    Model model = UntitledModel();
+    Model model = NewModel();
+    model->SetModelTitle("");
     if (extended) {
         XMPSReader(model.get(), false).ReadMPSFile(path.c_str());
     } else {
@@ -69,8 +65,7 @@ inline Model ReadFile(const std::string& path, bool extended = true) {
 
 inline std::string Write(IZEMMgr* model) {
     std::stringstream out;
-    XMPSWriter writer(model);
-    writer.WriteMPSStream(&out);
+    XMPSWriter(model).WriteMPSStream(&out);
     return out.str();
 }
 
