@@ -59,7 +59,6 @@ void MPSLineSource::Fill(size_t need) {
         std::memmove(m_buf.get(), m_buf.get() + m_pos, m_end - m_pos);
         m_end -= m_pos;
         m_pos = 0;
-        m_peekAt = kNoPeek;
     }
     while (m_end < need && !m_eof) {
         m_in->read(m_buf.get() + m_end, static_cast<std::streamsize>(m_capacity - m_end));
@@ -81,7 +80,11 @@ const char* MPSLineSource::TakeLine(char* spare, size_t cap, size_t& text) {
     char* s = m_buf.get() + m_pos;
     // The text ends at the first line feed, carriage return or NUL; the
     // line, at its line feed (usually that same byte).
+    // A peek is of the line at m_peekAt; moving the buffer's content to its
+    // start (Fill) only happens for m_pos > 0, so a moved line never
+    // matches. The peek is used once.
     text = m_peekAt == m_pos && m_peekText < avail ? m_peekText : FirstStop(s, avail);
+    m_peekAt = kNoPeek;
     size_t n = avail;
     if (text < avail && s[text] == '\n') {
         n = text + 1;
