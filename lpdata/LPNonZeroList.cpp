@@ -1,6 +1,5 @@
 #include "lpdata/LPNonZeroList.h"
 
-
 void LPNonZeroList::Prefetch(size_t i) const {
     if (i >= size()) return;
     if (m_stored)
