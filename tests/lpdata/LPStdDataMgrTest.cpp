@@ -124,54 +124,6 @@ TEST_F(DataMgrTest, RemoveEntitiesWithTheirNonzerosAndMemberships) {
     EXPECT_EQ(vars->NumberOfVariables(), 1);
 }
 
-TEST_F(DataMgrTest, ModelFileRoundTripReplacesContent) {
-    mgr->SetModelTitle("SMALL");
-    mgr->IncludeObjectiveInMatrix();
-    ILPEquation* r1 = eqns->InsertEquation("R1");
-    r1->SetType(3);
-    r1->SetRHS(4);
-    r1->SetRange(1.5);
-    ILPVariable* x = vars->InsertVariable("X");
-    vars->InsertVariable("Y");
-    ILPNonZero* nz = nullptr;
-    mgr->InsertMatrixEntry("R1", "X", 2.0, &nz);
-    mgr->InsertMatrixEntry("R1", "Y", -1.0, &nz);
-    ILPSpOrdSet* set = nullptr;
-    sets->CreateNewSpOrdSetObject(&set);
-    set->SetName("S");
-    set->AddVariableObject(x);
-    sets->AddSpOrdSetObject(set);
-    std::stringstream ss;
-    mgr->PersistAsStream(&ss);
-    const std::string bytes = ss.str();
-
-    ILPStdDataMgr* copy = nullptr;
-    CreateLPStdDataObject(&copy);
-    ASSERT_NE(copy, nullptr);
-    std::string title;
-    copy->GetModelTitle(title);
-    EXPECT_EQ(title, "ZEMMODEL");  // a new model's defaults
-    EXPECT_TRUE(copy->GetValuesInitialized());
-    EXPECT_FALSE(copy->MatrixIncludesObjective());
-    ILPVariableList* cvars = nullptr;
-    copy->GetVariableCollectionIntf(&cvars);
-    cvars->InsertVariable("STALE");  // a restore replaces what was there
-    copy->RestoreFromStream(&ss);
-    // Written again, the restored model is the same bytes: title, flags,
-    // limits, entries and the set all came back.
-    std::stringstream again;
-    copy->PersistAsStream(&again);
-    EXPECT_EQ(again.str(), bytes);
-    copy->GetVariableCollectionIntf(&cvars);
-    EXPECT_EQ(cvars->VarNameLookup("STALE"), nullptr);
-    EXPECT_EQ(cvars->NumberOfVariables(), 2);
-    copy->Destroy();
-}
-
-// Writing to a path that cannot be created goes through the model file's
-// shared frame (checked with the model manager).
-TEST_F(DataMgrTest, MissingFileIsNotRestored) { EXPECT_FALSE(mgr->RestoreFromFile("/nonexistent-dir/x.zem")); }
-
 TEST_F(DataMgrTest, HeadingAndComposedDisplays) {
     mgr->SetModelTitle("BLEND");
     eqns->InsertEquation("R1");

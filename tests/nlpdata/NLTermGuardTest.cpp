@@ -60,7 +60,6 @@ TEST(ElementaryTerms, ValuesAndDerivativesAtChosenPoints) {
         {"EI", {3.0}, {-100.0}, ((-100.001) * eiSlope - 6.33) * 3.0, {}, kUlps},
         {"EI", {1e-290}, {800.0}, (100.0 * eiHigh + ei700) * 1e-290, {1e-290 * eiHigh}, kUlps},
         {"EI", {1.0}, {1e10}, kMax, {}, kExact},
-        {"EI", {1.0}, {5.0}, kSkip, {std::exp(5.0) / 5.0}, kUlps},
         {"EI", {1.0}, {1.0}, 1.89511781635593675546652093433, {}, 1e-13},
         {"EI", {1.0}, {30.0}, 368973209407.274197064006328911, {}, 1e-13},
         {"EI", {1.0}, {200.0}, 3.63123523315935685239671004385e+84, {}, 1e-13},
@@ -141,8 +140,6 @@ TEST(ProductTerm, SquareMultiplierAndSearchPaths) {
     BuiltTerm sq = rig.Build("XPROD", {0.75}, {3.0});
     sq.term->AddVariableObject(sq.vars[0]);
     EXPECT_EQ(sq.Value(), 6.75);
-    EXPECT_EQ(TermRig::Jacobian(sq.term), std::vector<double>{4.5});
-    EXPECT_EQ(sq.DerivAt(-2.0), -3.0);
     LPVariable* y = rig.Var("Y", 5.0);
     sq.term->AddVariableObject(y);
     LPNonZero nzY;

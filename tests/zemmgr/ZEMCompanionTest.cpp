@@ -41,8 +41,8 @@ TEST(ZEMModelBuilder, PlainFormsReuseNamesNewFormsFillFields) {
               std::make_tuple(4, 10.0, 15.0));
 
     ILPNonZero *a = nullptr, *c = nullptr;
-    b->MakeAddReturnLinearNonZero("G", "N", 2.0, &a);
     b->MakeAddReturnLinearNonZeroNew(g, n, 1.5, &c);
+    b->MakeAddReturnLinearNonZero("G", "N", 2.0, &a);  // through the manager's insertion
     EXPECT_EQ(a, c);  // summed into the same entry
     EXPECT_EQ(a->GetCoefficient(), 3.5);
 }
