@@ -2,9 +2,10 @@
 // insertion order, by row and by column.
 //
 // Layout: the nonzeros sit in one list in insertion order (a nonzero's
-// 1-based index is its position there; LPNonZeroList.h). Columns are runs of that array
+// 1-based index is its position there; LPNonZeroList.h, which computes the
+// entries from the pool's slots while it can). Columns are runs of that list
 // while entries arrive column by column, and compressed lines once they do
-// not; rows are derived from the insertion-ordered array when first asked
+// not; rows are derived from the insertion-ordered list when first asked
 // for and kept up to date incrementally (LPMatrixLines.h). When the variable
 // or equation list renumbers (a removal), the columns and rows are re-keyed
 // at the next access, in O(columns) and O(rows) (O(entries) for columns
